@@ -1,0 +1,222 @@
+#include <crossreference/Bit.h>
+#include <crossreference/MemberSet.h>
+#include <crossreference/ModelState.h>
+#include <support/Report.h>
+
+#include <algorithm>
+#include <new>
+
+namespace XRF_RTL2LL {
+
+void* BitRef::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+
+BitRef::BitRef(Signal* signal, unsigned int index) : m_signal(signal), m_index(index) {}
+
+unsigned int BitRef::getIndex() const { return m_index; }
+
+Signal* BitRef::getSignal() const { return m_signal; }
+
+void BitRef::setSignal(Signal* signal) { m_signal = signal; }
+
+Bit* BitRef::getBit() const {
+  Bit* bit = m_bit;
+  while (bit != nullptr && bit->m_survivor != nullptr) bit = bit->m_survivor;
+  return bit;
+}
+
+Bit* BitRef::settle() {
+  if (m_bit != nullptr) m_bit = m_bit->survivor();
+  return m_bit;
+}
+
+void BitRef::setBit(Bit* bit) {
+  Bit* before = getBit();
+  if (before != nullptr && before != bit) before->m_irregular = true;
+  m_bit = bit;
+  if (bit != nullptr) bit->addBitRef(this);
+}
+
+int BitRef::merge(BitRef* other) {
+  Bit* bit = settle();
+  Bit* absorbed = other->settle();
+  return bit == nullptr || absorbed == nullptr ? 0 : bit->merge(absorbed);
+}
+
+void* Bit::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+
+Bit::Bit() {
+  ModelState& model = ModelState::current();
+  enter(model, model.nextBitId++);
+}
+
+Bit::Bit(unsigned int id) {
+  ModelState& model = ModelState::current();
+  model.nextBitId = std::max(model.nextBitId, id + 1);
+  enter(model, id);
+}
+
+void Bit::enter(ModelState& model, unsigned int id) {
+  m_id = id;
+  m_kind = UNKNOWN;
+  m_value_text = TextZ;
+  m_value = false;
+  m_src = false;
+  m_changed = false;
+  m_inferred = true;
+  m_irregular = false;
+  model.bits.add(this);
+}
+
+unsigned int Bit::getId() const { return m_id; }
+
+void Bit::setId(unsigned int id) { m_id = id; }
+
+Bit::BitKind Bit::getKind() const { return m_kind; }
+
+void Bit::setKind(BitKind kind) { m_kind = kind; }
+
+bool Bit::getValue() const { return m_value; }
+
+void Bit::setValue(bool value) {
+  m_value = value;
+  m_value_text = value ? Text1 : Text0;
+}
+
+std::string Bit::getValueStr(bool display) const {
+  if (display && m_kind == STATE) return "s";
+  if (display && m_kind == UNREAD) return "u";
+  switch (m_value_text) {
+    case TextZ:
+      return "z";
+    case Text0:
+      return "0";
+    case Text1:
+      return "1";
+    case TextOther:
+      break;
+  }
+  return ModelState::current().valueTexts[this];
+}
+
+void Bit::setValueStr(const std::string& text) {
+  m_value_text = text == "z" ? TextZ : text == "0" ? Text0 : text == "1" ? Text1 : TextOther;
+  if (m_value_text == TextOther) ModelState::current().valueTexts[this] = text;
+}
+
+bool Bit::isChanged() const { return m_changed; }
+
+void Bit::setChanged(bool changed) { m_changed = changed; }
+
+bool Bit::isSrc() const { return m_src; }
+
+void Bit::setSrc(bool source) { m_src = source; }
+
+bool Bit::isInferred() const { return m_inferred; }
+
+void Bit::setInferred(bool inferred) { m_inferred = inferred; }
+
+unsigned int Bit::getStateLoc1() const { return m_state_loc1; }
+
+unsigned int Bit::getStateLoc2() const { return m_state_loc2; }
+
+unsigned int Bit::getStateLoc3() const { return m_state_loc3; }
+
+void Bit::setStateLoc(unsigned int loc1, unsigned int loc2, unsigned int loc3) {
+  m_state_loc1 = loc1;
+  m_state_loc2 = loc2;
+  m_state_loc3 = loc3;
+}
+
+void Bit::append(BitRef* ref) {
+  ref->m_member = true;
+  ++m_ref_count;
+  if (m_ref_count == 1 && m_first.ref == nullptr && m_last == &m_first) {
+    m_first.ref = ref;
+    return;
+  }
+  auto* link = new (ModelState::current().arena.allocate(sizeof(Link))) Link{ref, nullptr};
+  m_last->next = link;
+  m_last = link;
+}
+
+void Bit::addBitRef(BitRef* ref) {
+  if (m_survivor != nullptr) {
+    survivor()->addBitRef(ref);
+    return;
+  }
+  // Only a reference that some set holds already can be in this one.
+  if (ref->m_member) {
+    if (getBitRefs().contains(ref)) return;
+    m_irregular = true;
+  }
+  if (ref->getBit() != this) m_irregular = true;
+  append(ref);
+}
+
+Range<BitRef> Bit::getBitRefs() const { return {{&m_first, m_last, members::Links}, m_ref_count}; }
+
+Bit* Bit::survivor() {
+  Bit* last = this;
+  while (last->m_survivor != nullptr) last = last->m_survivor;
+  for (Bit* bit = this; bit != last;) {
+    Bit* next = bit->m_survivor;
+    bit->m_survivor = last;
+    bit = next;
+  }
+  return last;
+}
+
+int Bit::combine(const Bit& other) {
+  if (m_kind == CNST && other.m_kind == CNST && m_value != other.m_value) {
+    message(StandardOutput, "ERROR: Bit conflict! 0: %d 1: %d\n", static_cast<int>(m_value),
+            static_cast<int>(other.m_value));
+    return 1;
+  }
+  if (other.m_kind == CNST) {
+    m_kind = CNST;
+    setValue(other.m_value);
+  } else if (other.m_kind == STATE && m_kind != CNST) {
+    // The locations stay behind: they are recorded on the survivor once its own line is read.
+    m_kind = STATE;
+  }
+  return 0;
+}
+
+void Bit::splice(Bit& other) {
+  m_last->next = &other.m_first;
+  m_last = other.m_last;
+  m_ref_count += other.m_ref_count;
+}
+
+void Bit::adoptEach(const Bit& other) {
+  for (BitRef* ref : other.getBitRefs()) ref->setBit(this);
+  m_irregular = true;
+}
+
+int Bit::merge(Bit* other) {
+  other = other->survivor();
+  if (other == this) return 0;
+  if (combine(*other) != 0) return 1;
+  // References follow an absorbed bit to its survivor, so the whole set moves at once.
+  if (m_irregular || other->m_irregular) {
+    adoptEach(*other);
+  } else {
+    splice(*other);
+  }
+  other->m_survivor = this;
+  m_id = std::max(m_id, other->m_id);
+  m_src = m_src || other->m_src;
+  m_inferred = m_inferred && other->m_inferred;
+  ModelState::current().bits.remove(other);
+  return 0;
+}
+
+Range<Bit> Bit::getAllBits() { return ModelState::current().bits.range(); }
+
+void Bit::setMaxBitId(unsigned int id) { ModelState::current().maxBitId = id; }
+
+unsigned int Bit::getMaxBitId() { return ModelState::current().maxBitId; }
+
+unsigned int Bit::getNextId() { return ModelState::current().nextBitId; }
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <crossreference/Netlist.h>
+#include <support/Api.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// What became of the lines of the logic-location files read so far.
+struct LocationReport {
+  std::uint64_t lines = 0;                  ///< lines that carry a location
+  std::uint64_t used = 0;                   ///< recorded on at least one bit
+  std::uint64_t skippedBlocks = 0;          ///< of a block that holds no register
+  std::uint64_t skippedLatches = 0;         ///< of a latch that taps something else than a register
+  std::uint64_t skippedIndices = 0;         ///< of a signal that has no bit 0
+  std::uint64_t unmatched = 0;              ///< whose net names no signal
+  std::vector<std::string> unmatchedNames;  ///< nets of the first unmatched lines
+
+  std::uint64_t skipped() const { return skippedBlocks + skippedLatches + skippedIndices; }
+};
+
+/// What became of the constant-propagation lines of the synthesis logs read so far.
+struct LogReport {
+  std::uint64_t lines = 0;                  ///< lines that report a constant register
+  std::uint64_t used = 0;                   ///< recorded on a bit
+  std::uint64_t skipped = 0;                ///< of a signal that has no bit 0
+  std::uint64_t unmatched = 0;              ///< whose register names no signal
+  std::vector<std::string> unmatchedNames;  ///< registers of the first unmatched lines
+};
+
+/// How many register bits of the RTL are accounted for.
+struct Coverage {
+  struct Counts {
+    std::uint64_t located = 0;   ///< with a location
+    std::uint64_t constant = 0;  ///< turned into a constant by synthesis
+    std::uint64_t unread = 0;    ///< looked for in the implementation in vain
+    std::uint64_t unknown = 0;   ///< nothing known
+
+    std::uint64_t total() const { return located + constant + unread + unknown; }
+  };
+  struct ModuleCounts {
+    std::string path;  ///< full path of the module that holds the registers
+    Counts counts;
+  };
+  Counts all;
+  std::vector<ModuleCounts> modules;  ///< those that hold registers, in path order
+};
+
+/// One design: reads its files and answers look-ups by hierarchical name.
+///
+///     Design design;
+///     design.parse_xrf("top.xrf");
+///     Signal* count = design.findSignal(RTL, "/top/u0/cnt");
+///
+/// Read in this order: `parse_rtl` and `parse_synth`, or `parse_xrf` instead of both; then
+/// `parse_ll`; then `parse_log`. Bad input is fatal (see Handlers.h). Readers return 0. Objects
+/// that look-ups return belong to the model the design was made in and outlive the design; using a
+/// design whose model was reset is a fatal error.
+class XRF_API Design {
+ public:
+  Design();
+  ~Design();
+  Design(const Design&) = delete;
+  Design& operator=(const Design&) = delete;
+
+  int parse_rtl(std::string file);
+  int parse_synth(std::string file);
+  int parse_xrf(std::string file);
+  /// Records frame address, frame offset and region of every register bit the file names.
+  int parse_ll(std::string file);
+  /// Marks the registers that synthesis turned into constants, then completes the RTL view. Reads
+  /// nothing for a design of no known family.
+  int parse_log(std::string file);
+  int parse_log_tarvona(std::string file);
+  /// Sets the value text of every bit to "z".
+  int initializeBits();
+
+  /// Look up a full hierarchical name as given, then with "[", "]", "." and "$" as "_" (for a
+  /// signal, in its module's part only). Null when not found; `findSignal` raises std::out_of_range
+  /// for an unknown name without "/".
+  Module* findModule(EdifView view, std::string name) const;
+  Signal* findSignal(EdifView view, std::string name) const;
+  /// Always null: nothing numbers modules across a design.
+  Module* findModule(unsigned int id) const;
+  /// The reference at `index` of the signal `signalName` in the first instance of a cell that has
+  /// it, or null.
+  BitRef* findBitRef(EdifView view, std::string defName, std::string signalName,
+                     unsigned int index) const;
+  /// The deepest path of hierarchical modules that `path` holds, components that name none dropped.
+  std::string getValidModulePath(EdifView view, const std::string& path) const;
+
+  void dump() const;
+  /// Always 0.
+  unsigned int getInUseBitCount() const;
+  Family getFamily() const;
+  /// Writes a cross-reference file, see `Export::exportDesign`.
+  int exportDesign(std::string file, bool showHidden) const;
+
+  /// The design's netlist; belongs to the model.
+  Netlist* getNetlist() const;
+  const LocationReport& locationReport() const;
+  const LogReport& logReport() const;
+  /// Counts the register bits of the RTL view. A design loaded from a cross-reference file does not
+  /// know its registers and counts none.
+  Coverage coverage() const;
+
+ private:
+  friend class LogicLocationReader;
+  friend class SynthesisLogReader;
+  struct State;
+  std::unique_ptr<State> m_state;
+};
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,190 @@
+#include <crossreference/DesignState.h>
+#include <crossreference/Utils.h>
+#include <support/InputFile.h>
+#include <support/Report.h>
+#include <support/Scan.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace XRF_RTL2LL {
+
+/// Records the locations that one logic-location file names.
+class LogicLocationReader {
+ public:
+  LogicLocationReader(Design::State& design, const std::string& path, std::string_view text);
+
+  void read();
+
+ private:
+  struct Location {
+    std::uint32_t frame = 0;
+    std::uint32_t offset = 0;
+    std::uint32_t slr = 0;
+    std::string_view block;
+    std::string_view latch;
+    std::string_view net;
+  };
+  enum class Outcome { Used, SkippedLatch, SkippedIndex, Unmatched };
+
+  void parse_line();
+  static bool scan(std::string_view line, Location& location);
+  std::uint32_t slrOf(std::string_view block) const;
+  Outcome record(const Location& location) const;
+  Outcome record(const Location& location, Signal& signal) const;
+  Outcome recordFlattened(const Location& location, std::string name) const;
+  void report(Outcome outcome, std::string_view net);
+
+  Design::State& m_design;
+  const Netlist& m_netlist;
+  LineReader m_lines;
+  ReadPlace m_place;
+  std::string m_line;
+  unsigned m_slr_size;
+};
+
+int Design::parse_ll(std::string file) {
+  const DesignUse use(m_state->model);
+  const InputFile input(file);
+  if (!input.isOpen()) fatalSilently("Can't open the logic-location file %s.", file.c_str());
+  if (!m_state->loaded) {
+    fatalSilently("The logic-location file %s needs a netlist or cross-reference file read before.",
+                  file.c_str());
+  }
+  LogicLocationReader(*m_state, file, input.text()).read();
+  return 0;
+}
+
+LogicLocationReader::LogicLocationReader(Design::State& design, const std::string& path,
+                                         std::string_view text)
+    : m_design(design),
+      m_netlist(*design.netlist),
+      m_lines(text),
+      m_place(path, this,
+              [](const void* reader) {
+                return ReadPlace::Position{
+                    static_cast<const LogicLocationReader*>(reader)->m_lines.number(), 0};
+              }),
+      m_slr_size(utils::getSLRSize(m_netlist.getPart())) {}
+
+void LogicLocationReader::read() {
+  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
+  std::uint64_t next = 0;
+  while (m_lines.next()) {
+    if (m_lines.offset() >= next) {
+      progress("Reading locations", m_lines.offset(), m_lines.size());
+      next = m_lines.offset() + reportDistance;
+    }
+    parse_line();
+  }
+}
+
+void LogicLocationReader::parse_line() {
+  m_line = m_lines.line();
+  std::replace(m_line.begin(), m_line.end(), '=', ' ');
+  Location location;
+  if (!scan(m_line, location)) return;
+  ++m_design.locations.lines;
+  switch (location.block.front()) {
+    case 'A':
+      message(StandardError, "Warning Skipping: %s\n", m_line.c_str());
+      ++m_design.locations.skippedBlocks;
+      return;
+    case 'S':
+      break;
+    default:
+      fatalSilently("The block %s is of a type that no register location is known for.",
+                    std::string(location.block).c_str());
+  }
+  location.slr = slrOf(location.block);
+  report(record(location), location.net);
+}
+
+bool LogicLocationReader::scan(std::string_view line, Location& location) {
+  Scan scan(line);
+  std::uint32_t number = 0;
+  std::uint64_t frame = 0;
+  const bool matches = scan.literal("Bit ") && scan.integer(number) && scan.literal(" 0x") &&
+                       scan.hexadecimal(frame) && scan.integer(location.offset) &&
+                       scan.literal(" Block ") && scan.word(location.block) &&
+                       scan.literal(" Latch ") && scan.word(location.latch) &&
+                       scan.literal(" Net ") && scan.word(location.net);
+  location.frame = static_cast<std::uint32_t>(frame);
+  return matches;
+}
+
+// The row of a site, as in SLICE_X3Y140, tells in which super logic region it lies.
+std::uint32_t LogicLocationReader::slrOf(std::string_view block) const {
+  constexpr std::size_t prefix = 6;
+  if (block.size() < prefix) throw std::length_error("basic_string::_M_create");
+  std::string coordinates(block.substr(prefix));
+  std::replace_if(
+      coordinates.begin(), coordinates.end(), [](char byte) { return byte == 'X' || byte == 'Y'; },
+      ' ');
+  Scan scan(coordinates);
+  std::uint32_t x = 0;
+  std::uint32_t y = 0;
+  if (!scan.integer(x) || !scan.integer(y)) {
+    fatalSilently("The block %s has no coordinates.", std::string(block).c_str());
+  }
+  return m_slr_size == 0 ? 0 : y / m_slr_size;
+}
+
+LogicLocationReader::Outcome LogicLocationReader::record(const Location& location) const {
+  if (m_design.top == nullptr) fatalHere("The design has no RTL top module to locate nets under.");
+  const char* top = m_design.top->getName();
+  const std::string name =
+      normalised("/" + std::string(top == nullptr ? "" : top) + "/" + std::string(location.net));
+  Signal* rtl = m_netlist.findSignal(RTL, name);
+  Signal* synth = m_netlist.findSignal(SYNTH, name);
+  if (rtl == nullptr && synth == nullptr) return recordFlattened(location, name);
+  Outcome outcome = Outcome::Unmatched;
+  for (Signal* signal : {rtl, synth}) {
+    if (signal != nullptr) outcome = std::min(outcome, record(location, *signal));
+  }
+  return outcome;
+}
+
+// Flattening joins the levels of a name with "_", beginning with the innermost.
+LogicLocationReader::Outcome LogicLocationReader::recordFlattened(const Location& location,
+                                                                  std::string name) const {
+  for (std::size_t slash = name.rfind('/'); slash != std::string::npos;
+       slash = name.rfind('/', slash)) {
+    name[slash] = '_';
+    Signal* signal = m_netlist.findSignal(SYNTH, name);
+    if (signal != nullptr) return record(location, *signal);
+  }
+  return Outcome::Unmatched;
+}
+
+LogicLocationReader::Outcome LogicLocationReader::record(const Location& location,
+                                                         Signal& signal) const {
+  const Bit* bit = firstBit(signal);
+  if (bit == nullptr) return Outcome::SkippedIndex;
+  // A multiplexer's tap shows a register's value only where the register drives the net.
+  const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
+  if (multiplexer && !bit->isSrc()) return Outcome::SkippedLatch;
+  signal.addState(0, location.frame, location.offset, location.slr);
+  return Outcome::Used;
+}
+
+void LogicLocationReader::report(Outcome outcome, std::string_view net) {
+  LocationReport& report = m_design.locations;
+  switch (outcome) {
+    case Outcome::Used:
+      ++report.used;
+      return;
+    case Outcome::SkippedLatch:
+      ++report.skippedLatches;
+      return;
+    case Outcome::SkippedIndex:
+      ++report.skippedIndices;
+      return;
+    case Outcome::Unmatched:
+      ++report.unmatched;
+      keepName(report.unmatchedNames, net);
+      return;
+  }
+}
+
+}  // namespace XRF_RTL2LL

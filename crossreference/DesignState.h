@@ -1,0 +1,40 @@
+#pragma once
+
+#include <crossreference/Design.h>
+#include <crossreference/ModelState.h>
+
+#include <memory>
+#include <string>
+
+namespace XRF_RTL2LL {
+
+struct Design::State {
+  std::weak_ptr<ModelState> model;
+  Netlist* netlist = nullptr;
+  Module* top = nullptr;  // of the RTL view
+  bool loaded = false;
+  LocationReport locations;
+  LogReport log;
+};
+
+/// One operation of a design: holds its model and makes it current. A model that was reset is
+/// fatal.
+class DesignUse {
+ public:
+  explicit DesignUse(const std::weak_ptr<ModelState>& model);
+
+ private:
+  std::shared_ptr<ModelState> m_model;
+  StateScope m_scope;
+};
+
+/// "[", "]", "." and "$" as "_", the way implementation tools clean names.
+std::string normalised(std::string name);
+
+/// The bit at index 0, or null; a signal whose range lacks 0 has none.
+Bit* firstBit(const Signal& signal);
+
+/// Keeps the first names of what could not be placed.
+void keepName(std::vector<std::string>& names, std::string_view name);
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,118 @@
+#include <crossreference/DesignState.h>
+#include <support/InputFile.h>
+#include <support/Report.h>
+#include <support/Scan.h>
+
+#include <algorithm>
+
+namespace XRF_RTL2LL {
+
+/// Marks the registers that one synthesis log reports as constants.
+class SynthesisLogReader {
+ public:
+  SynthesisLogReader(Design& design, Design::State& state, const std::string& path,
+                     std::string_view text);
+
+  void read();
+
+ private:
+  void parse_line();
+  Signal* find(const std::string& name) const;
+  void mark(const Signal& signal, bool value);
+
+  Design& m_design;
+  Design::State& m_state;
+  LineReader m_lines;
+  ReadPlace m_place;
+  std::string m_line;
+};
+
+int Design::parse_log(std::string file) {
+  return getFamily() == TORVAL7 ? parse_log_tarvona(file) : 0;
+}
+
+int Design::parse_log_tarvona(std::string file) {
+  const DesignUse use(m_state->model);
+  const InputFile input(file);
+  if (!input.isOpen()) fatal("Can't open file %s\n", file.c_str());
+  SynthesisLogReader(*this, *m_state, file, input.text()).read();
+  message(StandardOutput, "Parsing log file: %s complete.\n", file.c_str());
+  m_state->netlist->finalPostProcess();
+  return initializeBits();
+}
+
+SynthesisLogReader::SynthesisLogReader(Design& design, Design::State& state,
+                                       const std::string& path, std::string_view text)
+    : m_design(design), m_state(state), m_lines(text), m_place(path, this, [](const void* reader) {
+        return ReadPlace::Position{static_cast<const SynthesisLogReader*>(reader)->m_lines.number(),
+                                   0};
+      }) {}
+
+void SynthesisLogReader::read() {
+  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
+  std::uint64_t next = 0;
+  while (m_lines.next()) {
+    if (m_lines.offset() >= next) {
+      progress("Reading synthesis log", m_lines.offset(), m_lines.size());
+      next = m_lines.offset() + reportDistance;
+    }
+    // A last line that was cut short is not trusted.
+    if (m_lines.terminated()) parse_line();
+  }
+}
+
+void SynthesisLogReader::parse_line() {
+  m_line.clear();
+  for (const char byte : m_lines.line()) {
+    if (byte == '\\') continue;
+    const bool joins = byte == '[' || byte == ']' || byte == '.';
+    const bool separates = byte == ':' || byte == '(' || byte == ')';
+    m_line += joins ? '_' : (separates ? ' ' : byte);
+  }
+  Scan scan(m_line);
+  std::uint32_t constant = 0;
+  std::string_view element;
+  std::string_view suffix;
+  if (!scan.literal("INFO   _Synth 8-3333_  propagating constant ") || !scan.integer(constant) ||
+      !scan.literal(" across sequential element ") || !scan.word(element)) {
+    return;
+  }
+  scan.word(suffix);
+  ++m_state.log.lines;
+  if (m_state.top == nullptr)
+    fatalHere("The design has no RTL top module to find registers under.");
+  const char* top = m_state.top->getName();
+  const std::string name = "/" + std::string(top == nullptr ? "" : top) + "/" +
+                           std::string(element) + std::string(suffix);
+  const Signal* signal = find(name);
+  if (signal != nullptr) {
+    mark(*signal, constant != 0);
+    return;
+  }
+  message(StandardOutput, "WARNING: Unable to locate signal %s\n", name.c_str());
+  ++m_state.log.unmatched;
+  keepName(m_state.log.unmatchedNames, name);
+}
+
+Signal* SynthesisLogReader::find(const std::string& name) const {
+  Signal* signal = m_state.netlist->findSignal(RTL, name);
+  const std::size_t slash = name.rfind('/');
+  if (signal != nullptr || slash == std::string::npos) return signal;
+  const std::string path = m_design.getValidModulePath(RTL, name.substr(0, slash));
+  return m_state.netlist->findSignal(RTL, path + name.substr(slash));
+}
+
+void SynthesisLogReader::mark(const Signal& signal, bool value) {
+  Bit* bit = firstBit(signal);
+  if (bit == nullptr) {
+    ++m_state.log.skipped;
+    return;
+  }
+  bit->setKind(Bit::CNST);
+  bit->setValue(value);
+  // The text of a constant bit stays open; its value says what it is.
+  bit->setValueStr("z");
+  ++m_state.log.used;
+}
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <crossreference/EdifLexer.h>
+#include <crossreference/NetlistState.h>
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// Turns the words of one netlist into the model of one view. Cells are read where an instance
+/// refers to them, once for each instance, so the design unfolds into its full instance tree.
+class EdifReader {
+ public:
+  EdifReader(Netlist& netlist, NetlistState& state, EdifView view, const std::string& path,
+             std::string_view text);
+
+  void read();
+
+ private:
+  enum ExprKind {
+    EXPR_END,
+    EXPR_INSTANCE,
+    EXPR_SIGNAL,
+    EXPR_BITREF,
+    EXPR_LABEL,
+    EXPR_NUMBER,
+    EXPR_NONE
+  };
+
+  struct ExprResult {
+    ExprKind kind = EXPR_NONE;
+    std::uint32_t first = 0;   // of a label the identifier's code
+    std::uint32_t second = 0;  // of a label the printable name's code
+    std::int64_t number = 0;
+    Module* instance = nullptr;
+    Signal* signal = nullptr;
+    BitRef* ref = nullptr;
+    std::uint32_t direction = 0;  // of a direction form its word
+  };
+
+  struct CellRecord {
+    std::size_t position;  // of the "(" that opens the cell
+    std::uint32_t library;
+    bool open = false;  // an instance of it is being read
+  };
+
+  // A port or a member of one, before it is known in which module it lies.
+  struct PortName {
+    ExprResult label;
+    bool isMember = false;
+    std::int64_t member = 0;
+    bool valid = false;
+  };
+
+  ExprResult parse_expr();
+  ExprResult parse_form(std::uint32_t keyword);
+  void parse_body();
+  ExprResult skip_expr();
+  void skip_body();
+  ExprResult parse_number();
+  ExprResult parse_text();
+  void backup(std::size_t count) { m_cursor -= count; }
+
+  ExprResult parse_array();
+  ExprResult parse_cell();
+  ExprResult parse_cellref();
+  ExprResult parse_design();
+  ExprResult parse_instance();
+  ExprResult parse_direction();
+  ExprResult parse_joined();
+  ExprResult parse_instanceref();
+  ExprResult parse_library();
+  ExprResult parse_libraryref();
+  ExprResult parse_member();
+  ExprResult parse_net();
+  ExprResult parse_port();
+  ExprResult parse_portref();
+  ExprResult parse_program();
+  ExprResult parse_property();
+  ExprResult parse_rename();
+  ExprResult parse_string();
+
+  void record_cell(std::uint32_t cell, std::size_t position);
+  void elaborate_cell(std::uint32_t cell);
+  void elaborate_body(CellRecord& record);
+  Module* push_module(const ExprResult& name);
+  void tie_register(Module& instance, const ExprResult& name);
+  void tie_wide_register(Module& instance, const ExprResult& name);
+  ExprResult createRegBit(std::uint32_t instance);
+  void add_net(const ExprResult& name, BitRef& joined);
+  Signal* widen(std::uint32_t code, std::uint32_t index);
+  void apply_property(std::uint32_t property, const std::string& text);
+
+  PortName parse_port_name();
+  BitRef* member_ref(const Module& module, const PortName& name) const;
+  BitRef* port_ref(const Module& module, const PortName& name) const;
+
+  std::uint32_t take();
+  std::uint32_t require_label(const ExprResult& expr, const char* form) const;
+  Module& front() const;
+  Signal* add_signal(std::uint32_t name, std::uint32_t lsb, std::uint32_t msb, std::uint32_t id);
+  void count_objects(std::uint64_t count);
+  ReadPlace::Position position() const;
+
+  Netlist& m_netlist;
+  NetlistState& m_state;
+  EdifView m_view;
+  EdifTokens m_tokens;
+  ReadPlace m_place;
+  std::unordered_map<std::uint32_t, CellRecord> m_cells;
+  std::vector<Module*> m_modules;  // being read, the current one last
+  std::size_t m_cursor = 0;
+  std::uint32_t m_library = 0;
+  unsigned m_depth = 0;
+  std::uint64_t m_objects = 0;
+  std::uint64_t m_taken = 0;
+  bool m_lexing = true;
+};
+
+}  // namespace XRF_RTL2LL

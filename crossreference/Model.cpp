@@ -1,0 +1,117 @@
+#include <crossreference/MemberSet.h>
+#include <crossreference/Model.h>
+#include <crossreference/ModelState.h>
+#include <crossreference/Netlist.h>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+// What a thread's static calls act on: a state set for the time of one operation comes first, then
+// the model of the innermost scope, then the process's model.
+struct Current {
+  ModelState* state = nullptr;
+  Model* model = nullptr;
+};
+
+Current& currentOfThread() {
+  thread_local Current current;
+  return current;
+}
+
+// Never destroyed: objects that hosts keep in static storage may outlive any order of destruction.
+Model& processModel() {
+  static Model* model = new Model;
+  return *model;
+}
+
+}  // namespace
+
+template <class T>
+void Registry<T>::add(T* object) {
+  object->m_place = static_cast<std::uint32_t>(m_slots.size());
+  m_slots.push_back(reinterpret_cast<std::uintptr_t>(object));
+  ++m_live;
+}
+
+template <class T>
+void Registry<T>::remove(const T* object) {
+  if (!contains(object)) return;
+  m_slots[object->m_place] |= 1;
+  --m_live;
+}
+
+template <class T>
+void Registry<T>::compact() {
+  std::size_t kept = 0;
+  for (const std::uintptr_t slot : m_slots) {
+    if ((slot & 1) != 0) continue;
+    reinterpret_cast<T*>(slot)->m_place = static_cast<std::uint32_t>(kept);  // NOLINT
+    m_slots[kept++] = slot;
+  }
+  m_slots.resize(kept);
+}
+
+template <class T>
+bool Registry<T>::contains(const T* object) const {
+  return object != nullptr && object->m_place < m_slots.size() &&
+         m_slots[object->m_place] == reinterpret_cast<std::uintptr_t>(object);
+}
+
+template <class T>
+Range<T> Registry<T>::range() const {
+  return {{m_slots.data(), m_slots.data() + m_slots.size(), members::Live}, m_live};
+}
+
+template class Registry<Bit>;
+template class Registry<Signal>;
+template class Registry<Net>;
+
+ModelState::ModelState() = default;
+ModelState::~ModelState() = default;
+
+ModelState& ModelState::current() {
+  const Current& current = currentOfThread();
+  if (current.state != nullptr) return *current.state;
+  return *(current.model != nullptr ? *current.model : processModel()).m_state;
+}
+
+void ModelState::settleBits() {
+  signals.each([](Signal* signal) {
+    BitRef* const* refs = signal->entries();
+    for (std::uint32_t at = 0; at < signal->m_count; ++at) {
+      if (refs[at] != nullptr) refs[at]->m_bit = refs[at]->getBit();
+    }
+  });
+  bits.compact();
+}
+
+void ModelState::renumberBits() {
+  std::uint32_t next = 0;
+  bits.each([&](Bit* bit) { bit->setId(next++); });
+  if (next > 0) maxBitId = next - 1;
+}
+
+StateScope::StateScope(ModelState& state) : m_previous(currentOfThread().state) {
+  currentOfThread().state = &state;
+}
+
+StateScope::~StateScope() { currentOfThread().state = m_previous; }
+
+Model::Model() : m_state(std::make_shared<ModelState>()) {}
+
+Model::~Model() = default;
+
+ModelScope::ModelScope(Model& model)
+    : m_previous(currentOfThread().model), m_previous_state(currentOfThread().state) {
+  currentOfThread() = {nullptr, &model};
+}
+
+ModelScope::~ModelScope() { currentOfThread() = {m_previous_state, m_previous}; }
+
+void resetModel() {
+  Model* model = currentOfThread().model;
+  (model != nullptr ? *model : processModel()).m_state = std::make_shared<ModelState>();
+}
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <crossreference/Model.h>
+#include <crossreference/Module.h>
+#include <crossreference/NamePool.h>
+#include <support/Arena.h>
+#include <support/Range.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+class Netlist;
+class TokenMap;
+
+/// All objects of one class in creation order. An object that leaves keeps its slot, marked, until
+/// the registry is compacted.
+template <class T>
+class Registry {
+ public:
+  void add(T* object);
+  void remove(const T* object);
+  /// Drops the slots of objects that left.
+  void compact();
+  bool contains(const T* object) const;
+  Range<T> range() const;
+  std::size_t size() const { return m_live; }
+
+  /// Calls `visit` with each object; what it adds meanwhile is not visited.
+  template <class Visit>
+  void each(Visit visit) const {
+    const std::size_t count = m_slots.size();
+    for (std::size_t at = 0; at < count; ++at) {
+      if ((m_slots[at] & 1) == 0) visit(reinterpret_cast<T*>(m_slots[at]));  // NOLINT
+    }
+  }
+
+ private:
+  std::vector<std::uintptr_t> m_slots;
+  std::size_t m_live = 0;
+};
+
+/// What belongs to one model.
+struct ModelState : std::enable_shared_from_this<ModelState> {
+  ModelState();
+  ~ModelState();
+
+  Arena arena;
+  NamePool names;
+  Registry<Bit> bits;
+  Registry<Signal> signals;
+  Registry<Net> nets;
+  std::uint32_t nextBitId = 0;
+  std::uint32_t maxBitId = 0;
+  std::uint32_t nextNetId = 0;
+  std::uint32_t moduleDepth = 0;
+  bool showHidden = true;
+  /// Value texts other than "z", "0" and "1".
+  std::unordered_map<const Bit*, std::string> valueTexts;
+  /// Full names of signals whose module got another path after they were made.
+  std::unordered_map<const Signal*, std::string> pinnedNames;
+  /// Netlists and token maps are never released by whoever made them.
+  std::vector<std::unique_ptr<Netlist>> netlists;
+  std::vector<std::unique_ptr<TokenMap>> tokenMaps;
+
+  /// The calling thread's current model.
+  static ModelState& current();
+  static const std::string* nameOf(const Signal* signal) { return signal->m_name; }
+  static const std::string* nameOf(const Module* module) { return module->m_name; }
+
+  /// Points every reference at the bit that survives, and forgets the bits that were absorbed.
+  void settleBits();
+  /// Numbers the bits 0, 1, 2, ... in creation order.
+  void renumberBits();
+};
+
+/// Makes the state of a model current for a scope, whatever the thread's model is.
+class StateScope {
+ public:
+  explicit StateScope(ModelState& state);
+  ~StateScope();
+  StateScope(const StateScope&) = delete;
+  StateScope& operator=(const StateScope&) = delete;
+
+ private:
+  ModelState* m_previous;
+};
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,173 @@
+#include <crossreference/MemberSet.h>
+#include <crossreference/ModelState.h>
+#include <crossreference/Module.h>
+#include <support/Report.h>
+
+namespace XRF_RTL2LL {
+
+void* Module::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+
+Module::Module(const char* name, const char* defName, unsigned int id)
+    : Module(ModelState::current().names.intern(name), ModelState::current().names.intern(defName),
+             id) {}
+
+Module::Module(const std::string* name, const std::string* defName, unsigned int id)
+    : m_name(name),
+      m_def_name(defName),
+      m_path(ModelState::current().names.empty()),
+      m_id(id),
+      m_kind(HIER) {
+  m_hidden = false;
+  m_d_inverted = false;
+  m_rst_inverted = false;
+  m_named_signals = false;
+}
+
+unsigned int Module::getId() const { return m_id; }
+
+const char* Module::getName() const { return m_name == nullptr ? nullptr : m_name->c_str(); }
+
+const char* Module::getDefName() const {
+  return m_def_name == nullptr ? nullptr : m_def_name->c_str();
+}
+
+void Module::setDefName(const char* defName) {
+  m_def_name = ModelState::current().names.intern(defName);
+}
+
+std::string Module::getPath() const { return *m_path; }
+
+void Module::setPath(const char* path) {
+  setPathWord(ModelState::current().names.intern(path == nullptr ? "" : path));
+}
+
+void Module::setPathWord(const std::string* path) {
+  if (path == m_path) return;
+  // Full names are composed on demand but belong to the time when the signal was made.
+  if (m_named_signals) {
+    ModelState& model = ModelState::current();
+    model.signals.each([&](Signal* signal) {
+      if (signal->m_module != this || signal->m_pinned) return;
+      model.pinnedNames[signal] = signal->getFullName();
+      signal->m_pinned = true;
+    });
+    m_named_signals = false;
+  }
+  m_path = path;
+  m_child_path = nullptr;
+}
+
+const std::string* Module::childPath() {
+  if (m_child_path == nullptr) {
+    std::string path = *m_path;
+    const bool nameless = m_name == nullptr || m_name->empty();
+    if (!path.empty() || !nameless) path += '/';
+    if (!nameless) path += *m_name;
+    m_child_path = ModelState::current().names.intern(std::string_view(path));
+  }
+  return m_child_path;
+}
+
+bool Module::isHidden() const { return m_hidden; }
+
+void Module::setHidden() { m_hidden = true; }
+
+opKind Module::getKind() const { return m_kind; }
+
+void Module::setKind(opKind kind) { m_kind = kind; }
+
+unsigned long Module::getInit() const { return m_init; }
+
+void Module::setInit(unsigned long init) { m_init = init; }
+
+bool Module::getDInverted() const { return m_d_inverted; }
+
+void Module::setDInverted(bool inverted) { m_d_inverted = inverted; }
+
+bool Module::getRSTInverted() const { return m_rst_inverted; }
+
+void Module::setRSTInverted(bool inverted) { m_rst_inverted = inverted; }
+
+Module* Module::getParent() const { return m_parent; }
+
+void Module::setParent(Module* parent) { m_parent = parent; }
+
+Range<Signal> Module::getSignals(bool visible) const {
+  members::settle<Signal>(ModelState::current().arena, m_signals, false);
+  return members::range<Signal>(m_signals, visible);
+}
+
+Range<Module> Module::getChildren(bool visible) const {
+  members::settle<Module>(ModelState::current().arena, m_children, false);
+  return members::range<Module>(m_children, visible);
+}
+
+Signal* Module::getSignal(unsigned int id, bool quiet) const {
+  auto* signal = members::find<Signal>(m_signals, id);
+  if (signal == nullptr && !quiet) {
+    fatalSilently("Module %s has no signal of number %u.", getName(), id);
+  }
+  return signal;
+}
+
+Module* Module::getChild(unsigned int id, bool quiet) const {
+  auto* child = members::find<Module>(m_children, id);
+  if (child == nullptr && !quiet) {
+    fatalSilently("Module %s has no child of number %u.", getName(), id);
+  }
+  return child;
+}
+
+void Module::addChild(Module* child) {
+  if (members::find<Module>(m_children, child->m_id) != nullptr) {
+    fatal("ERROR: (addChild) A child with the id '%d' already exists.\n",
+          static_cast<int>(child->m_id));
+  }
+  Arena& arena = ModelState::current().arena;
+  members::append(arena, m_children, child);
+  members::indexLast<Module>(arena, m_children);
+  child->setPathWord(childPath());
+  child->m_parent = this;
+}
+
+void Module::addSignal(Signal* signal) {
+  if (members::find<Signal>(m_signals, signal->m_id) != nullptr) {
+    fatalSilently("Module %s has two signals of number %u.", getName(), signal->m_id);
+  }
+  Arena& arena = ModelState::current().arena;
+  members::append(arena, m_signals, signal);
+  members::indexLast<Signal>(arena, m_signals);
+}
+
+void Module::updateVisibleChildren(bool recursive) {
+  Range<Module> children = getChildren(false);
+  if (recursive) {
+    for (Module* child : children) child->updateVisibleChildren(true);
+  }
+  members::updateVisible<Module>(m_children, [](const Module* child) { return child->isHidden(); });
+}
+
+void Module::updateVisibleSignals(bool recursive) {
+  getSignals(false);
+  if (recursive) {
+    for (Module* child : getChildren(false)) child->updateVisibleSignals(true);
+  }
+  members::updateVisible<Signal>(m_signals,
+                                 [](const Signal* signal) { return signal->isHidden(); });
+}
+
+unsigned int Module::getDepth() { return ModelState::current().moduleDepth; }
+
+void Module::incrDepth() { ++ModelState::current().moduleDepth; }
+
+void Module::decrDepth() { --ModelState::current().moduleDepth; }
+
+bool Module::getShowHidden() { return ModelState::current().showHidden; }
+
+void Module::setShowHidden(bool show) { ModelState::current().showHidden = show; }
+
+bool CompareModules::operator()(const Module* a, const Module* b) const {
+  return orderOfModules(ModelState::nameOf(a), ModelState::nameOf(b)) < 0;
+}
+
+}  // namespace XRF_RTL2LL

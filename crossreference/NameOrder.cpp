@@ -1,0 +1,86 @@
+#include <crossreference/NameOrder.h>
+#include <crossreference/Signal.h>
+#include <support/Scan.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+bool isSeparator(char byte) { return isBlank(byte) || byte == '<' || byte == '>'; }
+
+// Reads base and index with "<" and ">" standing for blanks; nothing but those may follow.
+IndexedName splitAlways(std::string_view name) {
+  std::size_t at = 0;
+  const auto skip = [&] {
+    while (at < name.size() && isSeparator(name[at])) ++at;
+  };
+  skip();
+  const std::size_t start = at;
+  while (at < name.size() && !isSeparator(name[at])) ++at;
+  IndexedName result;
+  result.base = name.substr(start, at - start);
+  skip();
+  Scan number(name.substr(at));
+  std::uint32_t index = 0;
+  if (result.base.empty() || !number.integer(index)) return result;
+  result.index = static_cast<int>(index);
+  at = name.size() - number.rest().size();
+  skip();
+  result.valid = at == name.size();
+  return result;
+}
+
+int compareBytes(std::string_view a, std::string_view b) {
+  const int order = a.compare(b);
+  return order < 0 ? -1 : static_cast<int>(order > 0);
+}
+
+// Where a name stands among texts: all names base<n> stand at "base<".
+int compareStands(const IndexedName& a, std::string_view textA, const IndexedName& b,
+                  std::string_view textB) {
+  if (!a.valid && !b.valid) return compareBytes(textA, textB);
+  if (a.valid && !b.valid) return -compareStands(b, textB, a, textA);
+  const std::string stand = std::string(b.base) + "<";
+  if (!a.valid) return compareBytes(textA, stand);
+  return compareBytes(std::string(a.base) + "<", stand);
+}
+
+}  // namespace
+
+IndexedName IndexedName::split(std::string_view name) {
+  return name.find('>') == std::string_view::npos ? IndexedName() : splitAlways(name);
+}
+
+int orderOfSignals(const std::string* a, const std::string* b) {
+  if (a == b) return 0;
+  const std::string_view textA = a == nullptr ? std::string_view() : *a;
+  const std::string_view textB = b == nullptr ? std::string_view() : *b;
+  const IndexedName splitA = IndexedName::split(textA);
+  const IndexedName splitB = IndexedName::split(textB);
+  if (splitA.valid && splitB.valid && splitA.base == splitB.base) {
+    return splitA.index < splitB.index ? -1 : static_cast<int>(splitA.index > splitB.index);
+  }
+  const int order = compareStands(splitA, textA, splitB, textB);
+  return order != 0 ? order : static_cast<int>(splitA.valid) - static_cast<int>(splitB.valid);
+}
+
+int orderOfModules(const std::string* a, const std::string* b) {
+  if (a == b) return 0;
+  return compareBytes(a == nullptr ? std::string_view() : *a,
+                      b == nullptr ? std::string_view() : *b);
+}
+
+int sigcmp(const char* a, const char* b) {
+  if (std::strchr(a, '>') == nullptr && std::strchr(b, '>') == nullptr) return std::strcmp(a, b);
+  const IndexedName splitA = splitAlways(a);
+  if (!splitA.valid) return std::strcmp(a, b);
+  const IndexedName splitB = splitAlways(b);
+  if (!splitB.valid || splitA.base != splitB.base) return std::strcmp(a, b);
+  return static_cast<int>(static_cast<std::uint32_t>(splitA.index) -
+                          static_cast<std::uint32_t>(splitB.index));
+}
+
+}  // namespace XRF_RTL2LL

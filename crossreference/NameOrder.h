@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace XRF_RTL2LL {
+
+/// A name taken apart as base and index, as in base<n>, with white space allowed around the parts.
+struct IndexedName {
+  std::string_view base;
+  int index = 0;
+  bool valid = false;
+
+  /// Names without ">" are never taken apart here.
+  static IndexedName split(std::string_view name);
+};
+
+/// Total orders for the sets of a model, negative, zero or positive. For signals it is the order of
+/// `sigcmp` wherever that is an order at all; all names base<n> of one base stand together, ahead
+/// of the other names that begin with "base<". Null names count as empty.
+int orderOfSignals(const std::string* a, const std::string* b);
+int orderOfModules(const std::string* a, const std::string* b);
+
+}  // namespace XRF_RTL2LL

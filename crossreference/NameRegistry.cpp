@@ -1,0 +1,108 @@
+#include <crossreference/ModelState.h>
+#include <crossreference/NameRegistry.h>
+
+#include <algorithm>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+std::string_view view(const std::string* text) {
+  return text == nullptr ? std::string_view() : std::string_view(*text);
+}
+
+}  // namespace
+
+NameKey::NameKey(const Module& module) : pieces{view(module.m_path), "/", view(module.m_name)} {}
+
+NameKey::NameKey(const Signal& signal) {
+  if (signal.m_pinned) {
+    pieces = {view(&ModelState::current().pinnedNames[&signal])};
+    return;
+  }
+  const Module& module = *signal.m_module;
+  pieces = {view(module.m_path), "/", view(module.m_name), "/", view(signal.m_name)};
+}
+
+std::uint32_t NameKey::hash() const {
+  std::uint64_t state = emptyHash;
+  for (const std::string_view piece : pieces) state = extendHash(state, piece);
+  return finishHash(state);
+}
+
+int NameKey::compare(const NameKey& a, const NameKey& b) {
+  std::size_t pieceA = 0;
+  std::size_t pieceB = 0;
+  std::string_view restA = a.pieces[0];
+  std::string_view restB = b.pieces[0];
+  const auto refill = [](const NameKey& key, std::size_t& piece, std::string_view& rest) {
+    while (rest.empty() && ++piece < key.pieces.size()) rest = key.pieces[piece];
+  };
+  while (true) {
+    refill(a, pieceA, restA);
+    refill(b, pieceB, restB);
+    if (restA.empty() || restB.empty()) {
+      return static_cast<int>(restB.empty()) - static_cast<int>(restA.empty());
+    }
+    const std::size_t common = std::min(restA.size(), restB.size());
+    const int order =
+        restA.data() == restB.data() ? 0 : restA.substr(0, common).compare(restB.substr(0, common));
+    if (order != 0) return order;
+    restA.remove_prefix(common);
+    restB.remove_prefix(common);
+  }
+}
+
+std::string NameKey::compose() const {
+  std::string name;
+  for (const std::string_view piece : pieces) name += piece;
+  return name;
+}
+
+template <class T>
+std::size_t NameRegistry<T>::place(const NameKey& key, std::uint32_t hash) const {
+  const std::size_t mask = m_objects.size() - 1;
+  std::size_t at = hash & mask;
+  while (m_objects[at] != nullptr &&
+         (m_hashes[at] != hash || NameKey::compare(NameKey(*m_objects[at]), key) != 0)) {
+    at = (at + 1) & mask;
+  }
+  return at;
+}
+
+template <class T>
+void NameRegistry<T>::enter(T* object) {
+  if ((m_used + 1) * 4 > m_objects.size() * 3) grow();
+  const NameKey key(*object);
+  const std::uint32_t hash = key.hash();
+  const std::size_t at = place(key, hash);
+  if (m_objects[at] == nullptr) ++m_used;
+  m_objects[at] = object;
+  m_hashes[at] = hash;
+}
+
+template <class T>
+T* NameRegistry<T>::find(const NameKey& key) const {
+  return m_objects.empty() ? nullptr : m_objects[place(key, key.hash())];
+}
+
+template <class T>
+void NameRegistry<T>::grow() {
+  std::vector<T*> objects(std::max<std::size_t>(m_objects.size() * 2, 16));
+  std::vector<std::uint32_t> hashes(objects.size());
+  const std::size_t mask = objects.size() - 1;
+  for (std::size_t from = 0; from < m_objects.size(); ++from) {
+    if (m_objects[from] == nullptr) continue;
+    std::size_t at = m_hashes[from] & mask;
+    while (objects[at] != nullptr) at = (at + 1) & mask;
+    objects[at] = m_objects[from];
+    hashes[at] = m_hashes[from];
+  }
+  m_objects.swap(objects);
+  m_hashes.swap(hashes);
+}
+
+template class NameRegistry<Module>;
+template class NameRegistry<Signal>;
+
+}  // namespace XRF_RTL2LL

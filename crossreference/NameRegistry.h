@@ -1,0 +1,54 @@
+#pragma once
+
+#include <crossreference/Module.h>
+#include <crossreference/NamePool.h>
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// A hierarchical name in pieces, so that it can be hashed and compared without being composed.
+struct NameKey {
+  std::array<std::string_view, 5> pieces{};
+
+  explicit NameKey(std::string_view name) : pieces{name} {}
+  /// The module's path, "/" and its name; for a signal its full name.
+  explicit NameKey(const Module& module);
+  explicit NameKey(const Signal& signal);
+
+  std::uint32_t hash() const;
+  /// Byte order of the composed names: negative, zero or positive.
+  static int compare(const NameKey& a, const NameKey& b);
+  std::string compose() const;
+};
+
+/// Finds the objects of one view by their full names. An object of a name that is taken replaces
+/// the earlier one.
+template <class T>
+class NameRegistry {
+ public:
+  void enter(T* object);
+  T* find(std::string_view name) const { return find(NameKey(name)); }
+  T* find(const NameKey& key) const;
+
+  template <class Visit>
+  void each(Visit visit) const {
+    for (T* object : m_objects) {
+      if (object != nullptr) visit(object);
+    }
+  }
+  std::size_t size() const { return m_used; }
+
+ private:
+  std::size_t place(const NameKey& key, std::uint32_t hash) const;
+  void grow();
+
+  std::vector<T*> m_objects;
+  std::vector<std::uint32_t> m_hashes;
+  std::size_t m_used = 0;
+};
+
+}  // namespace XRF_RTL2LL

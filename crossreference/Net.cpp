@@ -1,0 +1,28 @@
+#include <crossreference/MemberSet.h>
+#include <crossreference/ModelState.h>
+#include <crossreference/Signal.h>
+
+namespace XRF_RTL2LL {
+
+void* Net::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+
+Net::Net() : m_id(ModelState::current().nextNetId++) { ModelState::current().nets.add(this); }
+
+unsigned int Net::getId() const { return m_id; }
+
+Range<Signal> Net::getSignals() const {
+  members::settle<Signal>(ModelState::current().arena, m_signals, true);
+  return members::range<Signal>(m_signals, false);
+}
+
+bool Net::isEnabled() const { return m_enabled; }
+
+void Net::enable() { m_enabled = true; }
+
+void Net::disable() { m_enabled = false; }
+
+void Net::addSignal(Signal* signal) { signal->setNet(this); }
+
+Range<Net> Net::getAllNets() { return ModelState::current().nets.range(); }
+
+}  // namespace XRF_RTL2LL

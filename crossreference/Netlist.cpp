@@ -1,0 +1,154 @@
+#include <crossreference/Netlist.h>
+#include <crossreference/NetlistState.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+constexpr std::size_t views = 2;
+
+template <class T>
+T* find(const std::array<NameRegistry<T>, views>& registries, EdifView view,
+        const std::string& name) {
+  if (view < views) return registries[view].find(name);
+  for (const NameRegistry<T>& registry : registries) {
+    if (registry.find(name) != nullptr) throw std::out_of_range("vector::_M_range_check");
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Netlist::Netlist() : m_state(std::make_unique<NetlistState>(ModelState::current())) {
+  ModelState& model = m_state->model;
+  model.tokenMaps.push_back(std::make_unique<TokenMap>());
+  m_state->tokens = model.tokenMaps.back().get();
+  initializeMap();
+}
+
+Netlist::~Netlist() = default;
+
+Module* Netlist::getTop(EdifView view) const { return m_state->top.at(view); }
+
+void Netlist::setFamily(Family family) {
+  if (m_state->family == FAMILY_NONE) m_state->family = family;
+}
+
+Family Netlist::getFamily() const { return m_state->family; }
+
+void Netlist::setPart(Part part) {
+  if (m_state->part == PART_NONE) m_state->part = part;
+}
+
+Part Netlist::getPart() const { return m_state->part; }
+
+void Netlist::registerModule(EdifView view, Module* module) {
+  m_state->modules.at(view).enter(module);
+}
+
+void Netlist::registerSignal(EdifView view, Signal* signal) {
+  m_state->signals.at(view).enter(signal);
+}
+
+Signal* Netlist::addSignal(EdifView view, Module* module, const char* name, unsigned int lsb,
+                           unsigned int msb, unsigned int id, char* /*extra*/) {
+  const StateScope scope(m_state->model);
+  return m_state->addSignal(view, module, m_state->model.names.intern(name), lsb, msb, id);
+}
+
+Signal* Netlist::addSignal(unsigned int /*mark*/, EdifView view, Module* module, const char* name,
+                           unsigned int lsb, unsigned int msb, unsigned int id, char* extra) {
+  return addSignal(view, module, name, lsb, msb, id, extra);
+}
+
+Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string* name,
+                                unsigned int lsb, unsigned int msb, unsigned int id) {
+  Signal* signal = module->getSignal(id, true);
+  if (signal == nullptr) {
+    signal = new Signal(model, module, name, id, lsb, msb, false);
+    module->addSignal(signal);
+    const opKind kind = module->getKind();
+    BitRef* first = kind == GND || kind == PWR ? signal->entry(0) : nullptr;
+    if (first != nullptr) {
+      Bit* bit = first->getBit();
+      bit->setKind(Bit::CNST);
+      bit->setValue(kind == PWR);
+      bit->setValueStr("z");
+    }
+  } else {
+    signal->expand(lsb, msb);
+  }
+  for (std::uint64_t index = lsb; index <= msb; ++index) {
+    const BitRef* ref = signal->entry(index);
+    if (ref != nullptr && ref->getBit() != nullptr) ref->getBit()->setInferred(false);
+  }
+  signals.at(view).enter(signal);
+  return signal;
+}
+
+Module* Netlist::findModule(EdifView view, std::string name) const {
+  return find(m_state->modules, view, name);
+}
+
+Signal* Netlist::findSignal(EdifView view, std::string name) const {
+  return find(m_state->signals, view, name);
+}
+
+InstanceRange Netlist::getInstances(EdifView view) const { return {m_state.get(), view}; }
+
+TokenMap* Netlist::getTokenMap() const { return m_state->tokens; }
+
+void Netlist::dump() {}
+
+InstanceRange::value_type InstanceRange::iterator::operator*() const {
+  const auto* group = static_cast<const InstanceGroup*>(m_group);
+  return {std::string(group->definition), NameKey(*group->modules[m_position]).compose()};
+}
+
+InstanceRange::iterator& InstanceRange::iterator::operator++() {
+  const auto* group = static_cast<const InstanceGroup*>(m_group);
+  if (++m_position < group->modules.size()) return *this;
+  const InstanceIndex& index = m_state->instances.at(m_view);
+  const auto next = index.upper_bound(group->definition);
+  m_group = next == index.end() ? nullptr : &next->second;
+  m_position = 0;
+  return *this;
+}
+
+bool InstanceRange::iterator::operator==(const iterator& other) const {
+  return m_group == other.m_group && m_position == other.m_position;
+}
+
+InstanceRange::iterator InstanceRange::begin() const {
+  const InstanceIndex& index = m_state->instances.at(m_view);
+  iterator first;
+  first.m_state = m_state;
+  first.m_view = m_view;
+  first.m_group = index.empty() ? nullptr : &index.begin()->second;
+  return first;
+}
+
+InstanceRange::iterator InstanceRange::end() const { return {}; }
+
+std::size_t InstanceRange::size() const {
+  std::size_t count = 0;
+  for (const auto& entry : m_state->instances.at(m_view)) count += entry.second.modules.size();
+  return count;
+}
+
+bool InstanceRange::empty() const { return m_state->instances.at(m_view).empty(); }
+
+bool InstanceRange::contains(const value_type& instance) const {
+  const InstanceIndex& index = m_state->instances.at(m_view);
+  const auto found = index.find(instance.first);
+  if (found == index.end()) return false;
+  const std::vector<Module*>& modules = found->second.modules;
+  return std::any_of(modules.begin(), modules.end(), [&](const Module* module) {
+    return NameKey::compare(NameKey(*module), NameKey(instance.second)) == 0;
+  });
+}
+
+}  // namespace XRF_RTL2LL

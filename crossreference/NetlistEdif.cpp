@@ -1,0 +1,516 @@
+#include <crossreference/EdifReader.h>
+#include <crossreference/Utils.h>
+#include <support/InputFile.h>
+#include <support/Limits.h>
+#include <support/Scan.h>
+
+#include <algorithm>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+// What a one-input look-up table is in each view.
+unsigned lutMode(EdifView view) { return view == RTL ? 2 : 0; }
+
+int readEdif(Netlist& netlist, NetlistState& state, EdifView view, const std::string& path) {
+  const StateScope scope(state.model);
+  const InputFile file(path);
+  if (!file.isOpen()) fatal("Can't open file %s\n", path.c_str());
+  EdifReader(netlist, state, view, path, file.text()).read();
+  netlist.postProcess(view);
+  return 0;
+}
+
+}  // namespace
+
+int Netlist::parse_rtl(std::string path) { return readEdif(*this, *m_state, RTL, path); }
+
+int Netlist::parse_synth(std::string path) { return readEdif(*this, *m_state, SYNTH, path); }
+
+EdifReader::EdifReader(Netlist& netlist, NetlistState& state, EdifView view,
+                       const std::string& path, std::string_view text)
+    : m_netlist(netlist),
+      m_state(state),
+      m_view(view),
+      m_tokens(text, *state.tokens),
+      m_place(path, this, [](const void* reader) {
+        return static_cast<const EdifReader*>(reader)->position();
+      }) {}
+
+ReadPlace::Position EdifReader::position() const {
+  return m_lexing ? m_tokens.lexedPosition() : m_tokens.position(m_cursor == 0 ? 0 : m_cursor - 1);
+}
+
+void EdifReader::read() {
+  m_tokens.lex();
+  m_lexing = false;
+  parse_expr();
+}
+
+std::uint32_t EdifReader::take() {
+  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 20;
+  if (m_cursor >= m_tokens.size()) {
+    m_cursor = m_tokens.size() + 1;
+    fatalHere("The netlist ends before it is complete.");
+  }
+  if (++m_taken % reportDistance == 0) progress("Building the design", m_objects, 0);
+  return m_tokens[m_cursor++];
+}
+
+std::uint32_t EdifReader::require_label(const ExprResult& expr, const char* form) const {
+  if (expr.kind != EXPR_LABEL) fatalHere("A name was expected in the form \"%s\".", form);
+  return expr.first;
+}
+
+Module& EdifReader::front() const {
+  if (m_modules.empty()) fatalHere("A port, net or instance stands outside any cell.");
+  return *m_modules.back();
+}
+
+void EdifReader::count_objects(std::uint64_t count) {
+  m_objects += count;
+  const std::uint64_t most =
+      std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size());
+  if (m_objects > most) {
+    fatalHere("The cells expand to more than %llu modules, signals and bits.",
+              static_cast<unsigned long long>(most));
+  }
+}
+
+Signal* EdifReader::add_signal(std::uint32_t name, std::uint32_t lsb, std::uint32_t msb,
+                               std::uint32_t id) {
+  const std::uint32_t before = Bit::getNextId();
+  Signal* signal = m_state.addSignal(m_view, &front(), m_state.word(name), lsb, msb, id);
+  count_objects(std::uint64_t{1} + (Bit::getNextId() - before));
+  return signal;
+}
+
+EdifReader::ExprResult EdifReader::parse_expr() {
+  const std::uint32_t code = take();
+  if (code == token::Close) return {EXPR_END};
+  if (code != token::Open) {
+    const std::uint32_t word = code & ~EdifTokens::quotedMark;
+    return {EXPR_LABEL, word, word};
+  }
+  const std::uint32_t keyword = take();
+  if (keyword == token::Close) return {};
+  if (++m_depth > limits::elaborationNesting) {
+    fatalHere("Lists and instances are nested more than %u deep.", limits::elaborationNesting);
+  }
+  ExprResult result = parse_form(keyword);
+  --m_depth;
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_form(std::uint32_t keyword) {
+  switch (keyword) {
+    case token::Array:
+      return parse_array();
+    case token::Cell:
+      return parse_cell();
+    case token::CellRef:
+      return parse_cellref();
+    case token::DesignForm:
+      return parse_design();
+    case token::Direction:
+      return parse_direction();
+    case token::Instance:
+      return parse_instance();
+    case token::InstanceRef:
+      return parse_instanceref();
+    case token::Joined:
+      return parse_joined();
+    case token::Library:
+      return parse_library();
+    case token::LibraryRef:
+      return parse_libraryref();
+    case token::Member:
+      return parse_member();
+    case token::NetForm:
+      return parse_net();
+    case token::Port:
+      return parse_port();
+    case token::PortRef:
+      return parse_portref();
+    case token::Program:
+      return parse_program();
+    case token::Property:
+      return parse_property();
+    case token::Rename:
+      return parse_rename();
+    case token::String:
+      return parse_string();
+    default:
+      break;
+  }
+  // Any other form only wraps others, which act as they stand.
+  if (keyword == token::Open) backup(1);
+  parse_body();
+  return {};
+}
+
+void EdifReader::parse_body() {
+  while (parse_expr().kind != EXPR_END) {
+  }
+}
+
+EdifReader::ExprResult EdifReader::skip_expr() {
+  const std::uint32_t code = take();
+  if (code == token::Close) return {EXPR_END};
+  if (code == token::Open) skip_body();
+  return {};
+}
+
+void EdifReader::skip_body() {
+  for (std::size_t open = 1; open > 0;) {
+    const std::uint32_t code = take();
+    if (code == token::Open) ++open;
+    if (code == token::Close) --open;
+  }
+}
+
+EdifReader::ExprResult EdifReader::parse_number() {
+  const std::string& text = *m_state.word(take() & ~EdifTokens::quotedMark);
+  ExprResult result{EXPR_NUMBER};
+  if (!Scan(text).integer(result.number)) {
+    fatal("ERROR:Token '%s' is not a number!\n", text.c_str());
+  }
+  return result;
+}
+
+// A text where one belongs: an empty string leaves no word, so the form may close at once.
+EdifReader::ExprResult EdifReader::parse_text() {
+  const ExprResult text = parse_expr();
+  if (text.kind != EXPR_END) return text;
+  backup(1);
+  const std::uint32_t empty = m_state.tokens->getCode(std::string_view());
+  return {EXPR_LABEL, empty, empty};
+}
+
+EdifReader::ExprResult EdifReader::parse_array() {
+  const std::uint32_t name = require_label(parse_expr(), "array");
+  const std::int64_t width = parse_number().number;
+  if (width < 1 || width > limits::signalWidth) {
+    fatalHere("The array %s has a width of %lld; 1 to %u is possible.", m_state.word(name)->c_str(),
+              static_cast<long long>(width), limits::signalWidth);
+  }
+  skip_body();
+  ExprResult result{EXPR_SIGNAL};
+  result.signal = add_signal(name, 0, static_cast<std::uint32_t>(width) - 1, name);
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_cell() {
+  const std::size_t position = m_cursor - 2;
+  record_cell(require_label(parse_expr(), "cell"), position);
+  m_cursor = position;
+  skip_expr();
+  return {};
+}
+
+void EdifReader::record_cell(std::uint32_t cell, std::size_t position) {
+  m_cells.try_emplace(cell, CellRecord{position, m_library});
+}
+
+EdifReader::ExprResult EdifReader::parse_cellref() {
+  const std::uint32_t cell = take() & ~EdifTokens::quotedMark;
+  const bool closed = parse_expr().kind == EXPR_END;
+  elaborate_cell(cell);
+  if (!closed) parse_body();
+  return {};
+}
+
+void EdifReader::elaborate_cell(std::uint32_t cell) {
+  Module& module = front();
+  module.m_def_name = m_state.word(cell);
+  const opKind kind = m_state.kindOf(cell, lutMode(m_view));
+  if (kind != HIER) module.setHidden();
+  module.setKind(kind);
+  InstanceGroup& group = m_state.instances[m_view][*module.m_def_name];
+  group.definition = *module.m_def_name;
+  group.modules.push_back(&module);
+  const auto found = m_cells.find(cell);
+  if (found == m_cells.end()) {
+    fatal("ERROR: Cell not found '%s'\n", module.getDefName());
+  }
+  if (found->second.open) fatalHere("The cell %s contains itself.", module.getDefName());
+  elaborate_body(found->second);
+}
+
+void EdifReader::elaborate_body(CellRecord& record) {
+  const std::size_t resume = m_cursor;
+  record.open = true;
+  m_cursor = record.position + 2;
+  parse_body();
+  record.open = false;
+  m_cursor = resume;
+}
+
+EdifReader::ExprResult EdifReader::parse_design() {
+  auto* root = new Module("", "", 0);
+  m_netlist.registerModule(m_view, root);
+  m_modules.push_back(root);
+  const ExprResult name = parse_expr();
+  m_state.top.at(m_view) = push_module(name);
+  parse_body();
+  m_modules.pop_back();
+  return {};
+}
+
+EdifReader::ExprResult EdifReader::parse_instance() {
+  const ExprResult name = parse_expr();
+  Module* instance = push_module(name);
+  parse_body();
+  m_modules.pop_back();
+  if (instance->getKind() == WIDE_FD) tie_wide_register(*instance, name);
+  if (instance->getKind() == REG) tie_register(*instance, name);
+  return {};
+}
+
+Module* EdifReader::push_module(const ExprResult& name) {
+  if (name.kind != EXPR_LABEL) {
+    fatal("Illegal design or instance name. Got type: %d .\n", static_cast<int>(name.kind));
+  }
+  if (m_modules.size() > limits::moduleNesting) {
+    fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
+  }
+  count_objects(1);
+  auto* module = new Module(m_state.word(name.second), m_state.model.names.empty(), name.first);
+  front().addChild(module);
+  m_netlist.registerModule(m_view, module);
+  m_modules.push_back(module);
+  return module;
+}
+
+EdifReader::ExprResult EdifReader::parse_direction() {
+  const ExprResult word = parse_expr();
+  ExprResult result;
+  if (word.kind == EXPR_END) return result;
+  if (word.kind == EXPR_LABEL) result.direction = word.first;
+  parse_body();
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_joined() {
+  BitRef* first = nullptr;
+  while (true) {
+    const ExprResult item = parse_expr();
+    if (item.kind == EXPR_END) break;
+    if (item.kind == EXPR_NONE) continue;
+    if (item.kind != EXPR_BITREF) {
+      fatal("ERROR: unreachable (%d)\n", static_cast<int>(item.kind));
+    }
+    if (item.ref == nullptr) continue;
+    if (first == nullptr) {
+      first = item.ref;
+    } else {
+      first->merge(item.ref);
+    }
+  }
+  ExprResult result{first == nullptr ? EXPR_NONE : EXPR_BITREF};
+  result.ref = first;
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_instanceref() {
+  const ExprResult name = parse_expr();
+  ExprResult result{EXPR_INSTANCE};
+  if (name.kind == EXPR_END) return result;
+  result.instance = front().getChild(require_label(name, "instanceref"), true);
+  parse_body();
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_library() {
+  const ExprResult name = parse_expr();
+  if (name.kind == EXPR_END) return {};
+  m_library = require_label(name, "Library");
+  parse_body();
+  m_library = 0;
+  return {};
+}
+
+EdifReader::ExprResult EdifReader::parse_libraryref() {
+  const std::uint32_t name = require_label(parse_expr(), "libraryref");
+  parse_body();
+  return {EXPR_LABEL, name, name};
+}
+
+EdifReader::PortName EdifReader::parse_port_name() {
+  PortName name;
+  const bool member = m_cursor + 1 < m_tokens.size() && m_tokens[m_cursor] == token::Open &&
+                      m_tokens[m_cursor + 1] == token::Member;
+  if (!member) {
+    name.label = parse_expr();
+    name.valid = name.label.kind == EXPR_LABEL;
+    return name;
+  }
+  m_cursor += 2;
+  name.label = parse_expr();
+  require_label(name.label, "member");
+  name.isMember = true;
+  name.member = parse_number().number;
+  name.valid = true;
+  skip_body();
+  return name;
+}
+
+// Members count from the most significant end.
+BitRef* EdifReader::member_ref(const Module& module, const PortName& name) const {
+  const Signal* signal = module.getSignal(name.label.first, true);
+  if (signal == nullptr) return nullptr;
+  const auto index =
+      static_cast<std::uint32_t>(static_cast<std::int64_t>(signal->getMsb()) - name.member);
+  return signal->getBitRef(index, true);
+}
+
+BitRef* EdifReader::port_ref(const Module& module, const PortName& name) const {
+  if (name.isMember) return member_ref(module, name);
+  const Signal* signal = module.getSignal(name.label.first, true);
+  return signal == nullptr || signal->getLsb() > 0 ? nullptr : signal->getBitRef(0, true);
+}
+
+EdifReader::ExprResult EdifReader::parse_member() {
+  backup(2);
+  const PortName name = parse_port_name();
+  ExprResult result;
+  result.ref = member_ref(front(), name);
+  if (result.ref != nullptr) result.kind = EXPR_BITREF;
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_portref() {
+  const PortName name = parse_port_name();
+  ExprResult result{EXPR_BITREF};
+  if (name.label.kind == EXPR_END) return result;
+  const Module* module = &front();
+  for (ExprResult item = parse_expr(); item.kind != EXPR_END; item = parse_expr()) {
+    if (item.kind == EXPR_INSTANCE) module = item.instance;
+  }
+  if (module != nullptr && name.valid) result.ref = port_ref(*module, name);
+  return result;
+}
+
+EdifReader::ExprResult EdifReader::parse_net() {
+  const ExprResult name = parse_expr();
+  if (name.kind == EXPR_END) return {};
+  const ExprResult joined = parse_expr();
+  if (joined.kind != EXPR_END) parse_body();
+  if (joined.kind == EXPR_BITREF && joined.ref != nullptr) add_net(name, *joined.ref);
+  return {};
+}
+
+void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
+  if (name.kind != EXPR_LABEL) fatal("ERROR: Net name is not a LBL\n.");
+  if (front().getSignal(name.first, true) != nullptr) return;
+  if (name.first == token::Const0 || name.first == token::Const1) return;
+  const std::string& printable = *m_state.word(name.second);
+  const BusBit bit = BusBit::ofName(printable);
+  if (bit.valid) {
+    const Signal* bus = widen(m_state.tokens->getCode(bit.base), bit.index);
+    bus->getBitRef(bit.index)->merge(&joined);
+    return;
+  }
+  Signal* signal = add_signal(name.second, 0, 0, name.first);
+  const bool added = utils::isAddedQuellonNetName(m_state.family, printable.c_str());
+  signal->setHidden(added || printable.find_first_of("$.[") != std::string::npos);
+  signal->getBitRef(0)->merge(&joined);
+}
+
+// Makes the bus of a bit, or widens it to hold the bit's index.
+Signal* EdifReader::widen(std::uint32_t code, std::uint32_t index) {
+  const Signal* bus = front().getSignal(code, true);
+  if (bus == nullptr) return add_signal(code, index, index, code);
+  return index < bus->getLsb() ? add_signal(code, index, bus->getMsb(), code)
+                               : add_signal(code, bus->getLsb(), index, code);
+}
+
+EdifReader::ExprResult EdifReader::parse_port() {
+  ExprResult port = parse_expr();
+  if (port.kind == EXPR_END) return {};
+  if (port.kind == EXPR_LABEL) {
+    port.signal = add_signal(port.first, 0, 0, port.first);
+    const BusBit bit = BusBit::ofName(*m_state.word(port.second));
+    if (port.first != port.second && bit.valid) {
+      widen(m_state.tokens->getCode(bit.base), bit.index)->merge(port.signal, bit.index, 0);
+    }
+  }
+  for (ExprResult item = parse_expr(); item.kind != EXPR_END; item = parse_expr()) {
+    if (port.signal == nullptr) continue;
+    if (item.direction == token::Input) port.signal->setKind(IN);
+    if (item.direction == token::Output) port.signal->setKind(OUT);
+  }
+  return port;
+}
+
+EdifReader::ExprResult EdifReader::parse_program() {
+  const ExprResult name = parse_text();
+  if (name.kind == EXPR_LABEL && name.first == token::Tarvona) {
+    m_netlist.setFamily(TORVAL7);
+  } else {
+    // Other writers' netlists are read all the same.
+    message(StandardError, "ERROR: Unknown program '%s'\n",
+            name.kind == EXPR_LABEL ? m_state.word(name.first)->c_str() : "");
+  }
+  parse_body();
+  return {};
+}
+
+EdifReader::ExprResult EdifReader::parse_property() {
+  const ExprResult name = parse_expr();
+  if (name.kind == EXPR_END) return {};
+  const std::uint32_t property = name.first;
+  const bool initial = property == token::Init || isDInverted(property) || isRSTInverted(property);
+  const bool acts = m_view == SYNTH ? initial : property == token::PartProperty;
+  if (name.kind != EXPR_LABEL || !acts) {
+    skip_body();
+    return {};
+  }
+  const ExprResult value = parse_expr();
+  if (value.kind == EXPR_END) return {};
+  if (value.kind == EXPR_LABEL) apply_property(property, *m_state.word(value.second));
+  parse_body();
+  return {};
+}
+
+void EdifReader::apply_property(std::uint32_t property, const std::string& text) {
+  if (property == token::PartProperty) {
+    m_netlist.setPart(utils::getPart(text.c_str()));
+    return;
+  }
+  // A literal such as 64'h00ff or 1'b1: every "'", "h" and "b" separates, digits are hexadecimal.
+  std::string numbers = text;
+  std::replace_if(
+      numbers.begin(), numbers.end(),
+      [](char byte) { return byte == '\'' || byte == 'h' || byte == 'b'; }, ' ');
+  Scan scan(numbers);
+  std::uint32_t width = 0;
+  std::uint64_t value = 0;
+  if (!scan.integer(width) || !scan.hexadecimal(value)) return;
+  Module& module = front();
+  if (property == token::Init) {
+    module.setInit(value);
+  } else if (value == 1 && isDInverted(property)) {
+    module.setDInverted(true);
+  } else if (value == 1) {
+    module.setRSTInverted(true);
+  }
+}
+
+EdifReader::ExprResult EdifReader::parse_rename() {
+  const ExprResult identifier = parse_expr();
+  const std::uint32_t code = require_label(identifier, "rename");
+  const ExprResult printable = parse_text();
+  require_label(printable, "rename");
+  parse_body();
+  return {EXPR_LABEL, code, printable.second};
+}
+
+EdifReader::ExprResult EdifReader::parse_string() {
+  const ExprResult text = parse_text();
+  parse_body();
+  return text.kind == EXPR_LABEL ? text : ExprResult{};
+}
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <crossreference/ModelState.h>
+#include <crossreference/NameRegistry.h>
+#include <crossreference/Netlist.h>
+
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// The instances of one definition in the order in which they were read.
+struct InstanceGroup {
+  std::string_view definition;
+  std::vector<Module*> modules;
+};
+using InstanceIndex = std::map<std::string_view, InstanceGroup>;
+
+/// What a netlist knows; its readers fill it.
+struct NetlistState {
+  explicit NetlistState(ModelState& owner) : model(owner) {}
+
+  ModelState& model;
+  TokenMap* tokens = nullptr;
+  std::array<InstanceIndex, 2> instances;
+  std::array<NameRegistry<Module>, 2> modules;
+  std::array<NameRegistry<Signal>, 2> signals;
+  std::array<Module*, 2> top{};
+  Family family = FAMILY_NONE;
+  Part part = PART_NONE;
+  std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
+
+  const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
+  /// `Netlist::addSignal` for a name that the model stores already.
+  Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
+                    unsigned int msb, unsigned int id);
+  opKind kindOf(unsigned int cellCode, unsigned int lutMode);
+};
+
+/// How strict reading takes the bit of a bus from a name: `base[index]`, an index being a whole
+/// decimal number between its own brackets.
+struct BusBit {
+  std::string_view base;
+  std::uint32_t index = 0;
+  bool valid = false;
+
+  /// For ports and nets: white space and any text may follow.
+  static BusBit ofName(std::string_view name);
+};
+
+/// The register bit that an instance name encodes, as in count_reg[3], mem_reg[3][5], valid_reg.
+struct RegisterName {
+  std::string signal;
+  std::uint32_t index = 0;
+  bool valid = false;
+
+  static RegisterName decode(std::string_view instance);
+};
+
+}  // namespace XRF_RTL2LL

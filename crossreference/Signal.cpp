@@ -1,0 +1,290 @@
+#include <crossreference/MemberSet.h>
+#include <crossreference/ModelState.h>
+#include <crossreference/Signal.h>
+#include <support/Limits.h>
+#include <support/Report.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+void checkRange(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
+  if (msb > limits::signalIndex || lsb > limits::signalIndex) {
+    fatalHere("Index %llu of signal %s is above the highest index, %u.",
+              static_cast<unsigned long long>(std::max(lsb, msb)), signal.getName(),
+              limits::signalIndex);
+  }
+}
+
+void checkWidth(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
+  if (msb >= lsb && msb - lsb >= limits::signalWidth) {
+    fatalHere("Signal %s from %llu to %llu is wider than %u bits.", signal.getName(),
+              static_cast<unsigned long long>(lsb), static_cast<unsigned long long>(msb),
+              limits::signalWidth);
+  }
+}
+
+}  // namespace
+
+void* Signal::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+
+Signal::Signal(Module* module, const char* name, unsigned int id, unsigned int lsb,
+               unsigned int msb, bool noBits)
+    : Signal(ModelState::current(), module, ModelState::current().names.intern(name), id, lsb, msb,
+             noBits) {}
+
+Signal::Signal(ModelState& model, Module* module, const std::string* name, unsigned int id,
+               unsigned int lsb, unsigned int msb, bool noBits)
+    : m_name(name), m_module(module), m_refs{nullptr}, m_id(id), m_lsb(lsb), m_msb(msb) {
+  m_kind = WIRE;
+  m_hidden = false;
+  m_src_state = false;
+  m_pinned = false;
+  enter(model, noBits);
+}
+
+void Signal::enter(ModelState& model, bool noBits) {
+  checkRange(*this, m_lsb, m_msb);
+  if (!noBits && m_lsb <= m_msb) {
+    checkWidth(*this, m_lsb, m_msb);
+    cover(model, m_lsb, m_msb);
+    for (std::uint32_t index = m_lsb; index <= m_msb; ++index) addBit(model, index);
+  }
+  m_module->m_named_signals = true;
+  model.signals.add(this);
+}
+
+void Signal::addBit(ModelState& model, unsigned int index) {
+  auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(this, index);
+  ref->setBit(new (model.arena.allocate(sizeof(Bit))) Bit());
+  entries()[index - m_first] = ref;
+}
+
+BitRef* Signal::entry(std::uint64_t index) const {
+  return index < m_first || index - m_first >= m_count ? nullptr : entries()[index - m_first];
+}
+
+// Makes room for the references of first..last beside those that are there.
+void Signal::cover(ModelState& model, std::uint64_t first, std::uint64_t last) {
+  if (m_count != 0) {
+    first = std::min<std::uint64_t>(first, m_first);
+    last = std::max<std::uint64_t>(last, std::uint64_t{m_first} + m_count - 1);
+  }
+  checkWidth(*this, first, last);
+  const auto count = static_cast<std::uint32_t>(last - first + 1);
+  if (m_count == 0 && count == 1) {
+    m_refs.one = nullptr;
+  } else if (count > m_count) {
+    BitRef* const* before = entries();
+    const std::uint32_t shift = m_count == 0 ? 0 : m_first - static_cast<std::uint32_t>(first);
+    const bool grown = std::max(m_capacity, 1U) < count;
+    const std::uint32_t capacity = grown ? std::max(count, m_capacity * 2) : m_capacity;
+    BitRef** after = grown ? model.arena.allocateArray<BitRef*>(capacity) : m_refs.many;
+    std::memmove(after + shift, before, m_count * sizeof(BitRef*));
+    std::fill_n(after, shift, nullptr);
+    std::fill(after + shift + m_count, after + count, nullptr);
+    if (grown && m_capacity != 0) model.arena.recycle(m_refs.many, m_capacity);
+    m_refs.many = after;
+    m_capacity = capacity;
+  }
+  m_first = static_cast<std::uint32_t>(first);
+  m_count = count;
+}
+
+template <class Visit>
+void Signal::eachBit(Visit visit) const {
+  BitRef* const* refs = entries();
+  for (std::uint32_t at = 0; at < m_count; ++at) {
+    const Bit* bit = refs[at] == nullptr ? nullptr : refs[at]->getBit();
+    if (bit != nullptr) visit(*bit);
+  }
+}
+
+unsigned int Signal::getId() const { return m_id; }
+
+const char* Signal::getName() const { return m_name == nullptr ? nullptr : m_name->c_str(); }
+
+std::string Signal::getFullName() const {
+  if (m_pinned) return ModelState::current().pinnedNames[this];
+  std::string name = *m_module->m_path;
+  name += '/';
+  if (m_module->m_name != nullptr) name += *m_module->m_name;
+  name += '/';
+  if (m_name != nullptr) name += *m_name;
+  return name;
+}
+
+Net* Signal::getNet() const { return m_net; }
+
+Module* Signal::getModule() const { return m_module; }
+
+signalKind Signal::getKind() const { return m_kind; }
+
+void Signal::setKind(signalKind kind) { m_kind = kind; }
+
+unsigned int Signal::getLsb() const { return m_lsb; }
+
+unsigned int Signal::getMsb() const { return m_msb; }
+
+unsigned int Signal::getWidth() const { return m_msb + 1 - m_lsb; }
+
+bool Signal::isHidden() const { return m_hidden; }
+
+void Signal::setHidden(bool hidden) { m_hidden = hidden; }
+
+bool Signal::isSrcState() const { return m_src_state; }
+
+BitRef* Signal::getBitRef(unsigned int index, bool quiet) const {
+  if (m_lsb <= index && index <= m_msb) return entry(index);
+  if (!quiet) {
+    fatal("ERROR: Illegal index (%d) for Signal %s.\n", static_cast<int>(index),
+          getFullName().c_str());
+  }
+  message(StandardError, "WARNING: Illegal index (%d) for Signal %s.\n", static_cast<int>(index),
+          getFullName().c_str());
+  return nullptr;
+}
+
+BitRef* Signal::getBitRef(unsigned int index) const { return getBitRef(index, false); }
+
+void Signal::setBitRef(unsigned int index, BitRef* ref) {
+  if (index > m_msb) {
+    fatalHere("Signal %s has no place for a reference at %u, above its range.",
+              getFullName().c_str(), index);
+  }
+  if (index < m_first || index - m_first >= m_count) cover(ModelState::current(), index, index);
+  entries()[index - m_first] = ref;
+}
+
+void Signal::setNet(Net* net) {
+  m_net = net;
+  if (net != nullptr) members::append(ModelState::current().arena, net->m_signals, this);
+}
+
+bool Signal::isEnabled() const { return m_net != nullptr && m_net->m_enabled; }
+
+void Signal::enable() {
+  if (m_net != nullptr) m_net->enable();
+}
+
+void Signal::disable() {
+  if (m_net != nullptr) m_net->disable();
+}
+
+void Signal::setSrcState() {
+  m_src_state = true;
+  for (std::uint32_t at = 0; at < m_count; ++at) {
+    const BitRef* ref = m_first + at < m_lsb ? nullptr : entries()[at];
+    Bit* bit = ref == nullptr ? nullptr : ref->getBit();
+    if (bit != nullptr) bit->setSrc(true);
+  }
+}
+
+void Signal::addState(unsigned int index, unsigned int loc1, unsigned int loc2, unsigned int loc3) {
+  const BitRef* ref = getBitRef(index, true);
+  Bit* bit = ref == nullptr ? nullptr : ref->getBit();
+  if (bit == nullptr) return;
+  bit->setKind(Bit::STATE);
+  bit->setStateLoc(loc1, loc2, loc3);
+}
+
+void Signal::addState(unsigned int index, unsigned int loc1, unsigned int loc2) {
+  addState(index, loc1, loc2, 0);
+}
+
+unsigned int Signal::getAvail() const {
+  unsigned int count = 0;
+  eachBit([&](const Bit& bit) { count += bit.getKind() != Bit::UNKNOWN ? 1U : 0U; });
+  return count;
+}
+
+unsigned int Signal::getUnread() const {
+  unsigned int count = 0;
+  eachBit([&](const Bit& bit) { count += bit.getKind() == Bit::UNREAD ? 1U : 0U; });
+  return count;
+}
+
+unsigned int Signal::getInferred() const {
+  unsigned int count = 0;
+  eachBit([&](const Bit& bit) { count += bit.isInferred() ? 1U : 0U; });
+  return count;
+}
+
+bool Signal::allZeros() const {
+  bool all = true;
+  eachBit([&](const Bit& bit) { all = all && bit.getKind() == Bit::CNST && !bit.getValue(); });
+  return all;
+}
+
+bool Signal::allOnes() const {
+  bool all = true;
+  eachBit([&](const Bit& bit) { all = all && bit.getKind() == Bit::CNST && bit.getValue(); });
+  return all;
+}
+
+std::string Signal::getValueStr(bool display) const {
+  std::string text;
+  BitRef* const* refs = entries();
+  for (std::uint32_t at = m_count; at > 0; --at) {
+    const Bit* bit = refs[at - 1] == nullptr ? nullptr : refs[at - 1]->getBit();
+    if (bit != nullptr) text += bit->getValueStr(display);
+  }
+  return text;
+}
+
+std::string Signal::getSignature() const {
+  std::string text = std::to_string(m_msb) + "_";
+  eachBit([&](const Bit& bit) { text += std::to_string(bit.getId()) + "_"; });
+  return text + std::to_string(m_lsb);
+}
+
+void Signal::expand(unsigned int lsb, unsigned int msb) {
+  checkRange(*this, lsb, msb);
+  checkWidth(*this, std::min(lsb, m_lsb), std::max(msb, m_msb));
+  ModelState& model = ModelState::current();
+  if (msb > m_msb) {
+    cover(model, m_msb + 1, msb);
+    for (std::uint32_t index = m_msb + 1; index <= msb; ++index) addBit(model, index);
+    m_msb = msb;
+  }
+  if (lsb < m_lsb) {
+    cover(model, lsb, m_lsb - 1);
+    for (std::uint32_t index = lsb; index < m_lsb; ++index) addBit(model, index);
+    m_lsb = lsb;
+  }
+}
+
+bool Signal::merge(Signal* other, unsigned int offset) {
+  bool conflict = false;
+  for (std::uint32_t at = 0; at < m_count; ++at) {
+    BitRef* ref = entries()[at];
+    if (ref == nullptr || m_first + at < m_lsb) continue;
+    BitRef* absorbed = other->getBitRef(m_first + at + offset, true);
+    if (absorbed == nullptr || conflict) continue;
+    conflict = ref->merge(absorbed) != 0;
+  }
+  return conflict;
+}
+
+int Signal::merge(Signal* other, unsigned int i, unsigned int j) {
+  BitRef* ref = getBitRef(i);
+  BitRef* absorbed = other->getBitRef(j, true);
+  // A conflict of constants is reported by the merge; both bits stay as they are.
+  if (ref != nullptr && absorbed != nullptr) ref->merge(absorbed);
+  return 0;
+}
+
+Range<Signal> Signal::getAllSignals() { return ModelState::current().signals.range(); }
+
+bool CompareSignals::operator()(const Signal* a, const Signal* b) const {
+  const auto text = [](const Signal* signal) {
+    return signal->getName() == nullptr ? "" : signal->getName();
+  };
+  return sigcmp(text(a), text(b)) < 0;
+}
+
+}  // namespace XRF_RTL2LL
