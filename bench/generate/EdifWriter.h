@@ -1,0 +1,17 @@
+#ifndef BENCH_GENERATE_EDIFWRITER_H
+#define BENCH_GENERATE_EDIFWRITER_H
+
+#include "Design.h"
+#include "Wiring.h"
+
+#include <string>
+
+namespace generate {
+
+/// Writes one of a design's two netlists. With renames, identifiers are cleaned and carry their
+/// printable names; without, the cleaned form is the only name of most things.
+void writeEdif(const Design& design, View view, const std::string& path);
+
+}  // namespace generate
+
+#endif
