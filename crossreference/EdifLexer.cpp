@@ -105,21 +105,12 @@ void EdifTokens::lex() {
   constexpr std::size_t typicalTokenLength = 6;
   constexpr std::size_t reportDistance = std::size_t{1} << 22;
   m_codes.reserve(m_text.size() / typicalTokenLength + 16);
-  EdifLexer lexer(m_text);
   EdifLexer::Lexeme lexeme;
-  std::size_t report = 0;
-  while (true) {
-    // Errors of the lexer are placed where it stopped, so it works on a copy of the offset.
-    m_lexed = lexer.offset();
-    if (m_lexed >= report) {
-      progress("Reading words", m_lexed, m_text.size());
-      report = m_lexed + reportDistance;
-    }
-    if (!lexer.next(lexeme)) break;
-    m_lexed = lexeme.offset;
-    append(lexeme);
+  for (std::size_t report = 0; m_lexer.next(lexeme); append(lexeme)) {
+    if (lexeme.offset < report) continue;
+    progress("Reading words", lexeme.offset, m_text.size());
+    report = lexeme.offset + reportDistance;
   }
-  m_lexed = m_text.size();
 }
 
 ReadPlace::Position EdifTokens::position(std::size_t index) const {

@@ -42,7 +42,8 @@ class EdifTokens {
   /// structure.
   static constexpr std::uint32_t quotedMark = 0x80000000U;
 
-  EdifTokens(std::string_view text, TokenMap& words) : m_text(text), m_words(words) {}
+  EdifTokens(std::string_view text, TokenMap& words)
+      : m_text(text), m_words(words), m_lexer(text) {}
 
   /// Reads the whole text.
   void lex();
@@ -51,7 +52,7 @@ class EdifTokens {
   /// Line and column of a token; of the end of the text for an index beyond the last.
   ReadPlace::Position position(std::size_t index) const;
   /// While `lex` runs, where it stands.
-  ReadPlace::Position lexedPosition() const { return positionOf(m_lexed); }
+  ReadPlace::Position lexedPosition() const { return positionOf(m_lexer.offset()); }
 
  private:
   static constexpr std::size_t checkpointDistance = 64;
@@ -63,7 +64,7 @@ class EdifTokens {
   TokenMap& m_words;
   std::vector<std::uint32_t> m_codes;
   std::vector<std::size_t> m_checkpoints;  // offset of every checkpointDistance-th token
-  std::size_t m_lexed = 0;
+  EdifLexer m_lexer;
   unsigned m_nesting = 0;
 };
 

@@ -96,6 +96,7 @@ int Export::exportDesign(Family family, Module* rtlTop, Module* synthTop, std::s
     writeView(out, "RTL", rtlTop);
     out << "\n";
     writeView(out, "SYNTH", synthTop);
+    if (out.failed()) fatalHere("A module or signal without a name cannot be written.");
     out.flush();
   }
   file.close();

@@ -9,11 +9,6 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-// Raised for a name that is missing, which fails the stream and prints nothing.
-bool hasNames(const Module& module) {
-  return module.getName() != nullptr && module.getDefName() != nullptr;
-}
-
 const char* kindName(Bit::BitKind kind) {
   switch (kind) {
     case Bit::STATE:
@@ -53,8 +48,6 @@ class DeeperIndent {
   DeeperIndent& operator=(const DeeperIndent&) = delete;
 };
 
-std::string_view nameOr(const char* name) { return name == nullptr ? "" : name; }
-
 template <class Object>
 std::ostream& print(std::ostream& out, const Object& object,
                     void (*write)(TextOut&, const Object&)) {
@@ -62,11 +55,15 @@ std::ostream& print(std::ostream& out, const Object& object,
     static_cast<std::ostream*>(stream)->write(text.data(),
                                               static_cast<std::streamsize>(text.size()));
   };
+  bool failed = false;
   {
     TextOut text(sink, &out);
     write(text, object);
+    failed = text.failed();
   }
-  return out.flush();
+  out.flush();
+  if (failed) out.setstate(std::ios_base::badbit);
+  return out;
 }
 
 }  // namespace
@@ -91,8 +88,10 @@ void writeSignal(TextOut& out, const Signal& signal) {
   }
   writeIndent(out);
   out << "(SIG " << (signal.isHidden() ? "HIDDEN " : "VISIBLE ") << kindName(signal.getKind())
-      << " " << nameOr(signal.getName()) << " " << signal.getId() << " " << net->getId() << " "
-      << signal.getLsb() << " " << signal.getMsb();
+      << " ";
+  out.name(signal.getName());
+  out << " " << signal.getId() << " " << net->getId() << " " << signal.getLsb() << " "
+      << signal.getMsb();
   for (std::uint64_t index = signal.getLsb(); index <= signal.getMsb(); ++index) {
     const BitRef* ref = signal.getBitRef(static_cast<std::uint32_t>(index), true);
     const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
@@ -107,8 +106,11 @@ void writeSignal(TextOut& out, const Signal& signal) {
 
 void writeModule(TextOut& out, const Module& module) {
   writeIndent(out);
-  out << "(MOD " << (module.isHidden() ? "HIDDEN " : "VISIBLE ") << nameOr(module.getDefName())
-      << " " << nameOr(module.getName()) << " " << module.getId();
+  out << "(MOD " << (module.isHidden() ? "HIDDEN " : "VISIBLE ");
+  out.name(module.getDefName());
+  out << " ";
+  out.name(module.getName());
+  out << " " << module.getId();
   const bool onlyVisible = !Module::getShowHidden();
   const DeeperIndent deeper;
   const Range<Signal> signals = module.getSignals(onlyVisible);
@@ -138,12 +140,10 @@ std::ostream& operator<<(std::ostream& out, signalKind kind) { return out << kin
 std::ostream& operator<<(std::ostream& out, Bit* bit) { return print(out, *bit, writeBit); }
 
 std::ostream& operator<<(std::ostream& out, Signal* signal) {
-  if (signal->getName() == nullptr) out.setstate(std::ios_base::badbit);
   return print(out, *signal, writeSignal);
 }
 
 std::ostream& operator<<(std::ostream& out, Module* module) {
-  if (!hasNames(*module)) out.setstate(std::ios_base::badbit);
   return print(out, *module, writeModule);
 }
 

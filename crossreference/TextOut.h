@@ -20,6 +20,7 @@ class TextOut {
   TextOut& operator=(const TextOut&) = delete;
 
   TextOut& operator<<(std::string_view text) {
+    if (m_failed) return *this;
     m_text += text;
     if (m_text.size() >= pieceSize) flush();
     return *this;
@@ -29,6 +30,15 @@ class TextOut {
     const char* end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
     return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
   }
+  /// A name; one that is missing fails the output, and nothing is written from there on.
+  void name(const char* text) {
+    if (text == nullptr) {
+      m_failed = true;
+    } else {
+      *this << text;
+    }
+  }
+  bool failed() const { return m_failed; }
   void flush() {
     if (!m_text.empty()) m_sink(m_text, m_context);
     m_text.clear();
@@ -40,6 +50,7 @@ class TextOut {
   Sink m_sink;
   void* m_context;
   std::string m_text;
+  bool m_failed = false;
 };
 
 /// The records of the model's text form.
