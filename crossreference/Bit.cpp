@@ -19,13 +19,7 @@ Signal* BitRef::getSignal() const { return m_signal; }
 void BitRef::setSignal(Signal* signal) { m_signal = signal; }
 
 Bit* BitRef::getBit() const {
-  Bit* bit = m_bit;
-  while (bit != nullptr && bit->m_survivor != nullptr) bit = bit->m_survivor;
-  return bit;
-}
-
-Bit* BitRef::settle() {
-  if (m_bit != nullptr) m_bit = m_bit->survivor();
+  if (m_bit != nullptr && m_bit->m_absorbed) m_bit = m_bit->survivor();
   return m_bit;
 }
 
@@ -37,8 +31,8 @@ void BitRef::setBit(Bit* bit) {
 }
 
 int BitRef::merge(BitRef* other) {
-  Bit* bit = settle();
-  Bit* absorbed = other->settle();
+  Bit* bit = getBit();
+  Bit* absorbed = other->getBit();
   return bit == nullptr || absorbed == nullptr ? 0 : bit->merge(absorbed);
 }
 
@@ -63,7 +57,9 @@ void Bit::enter(ModelState& model, unsigned int id) {
   m_src = false;
   m_changed = false;
   m_inferred = true;
+  m_absorbed = false;
   m_irregular = false;
+  m_text = nullptr;
   model.bits.add(this);
 }
 
@@ -95,12 +91,13 @@ std::string Bit::getValueStr(bool display) const {
     case TextOther:
       break;
   }
-  return ModelState::current().valueTexts[this];
+  return *m_text;
 }
 
 void Bit::setValueStr(const std::string& text) {
   m_value_text = text == "z" ? TextZ : text == "0" ? Text0 : text == "1" ? Text1 : TextOther;
-  if (m_value_text == TextOther) ModelState::current().valueTexts[this] = text;
+  if (m_value_text == TextOther)
+    m_text = ModelState::current().names.intern(std::string_view(text));
 }
 
 bool Bit::isChanged() const { return m_changed; }
@@ -140,7 +137,7 @@ void Bit::append(BitRef* ref) {
 }
 
 void Bit::addBitRef(BitRef* ref) {
-  if (m_survivor != nullptr) {
+  if (m_absorbed) {
     survivor()->addBitRef(ref);
     return;
   }
@@ -157,7 +154,7 @@ Range<BitRef> Bit::getBitRefs() const { return {{&m_first, m_last, members::Link
 
 Bit* Bit::survivor() {
   Bit* last = this;
-  while (last->m_survivor != nullptr) last = last->m_survivor;
+  while (last->m_absorbed) last = last->m_survivor;
   for (Bit* bit = this; bit != last;) {
     Bit* next = bit->m_survivor;
     bit->m_survivor = last;
@@ -203,6 +200,7 @@ int Bit::merge(Bit* other) {
   } else {
     splice(*other);
   }
+  other->m_absorbed = true;
   other->m_survivor = this;
   m_id = std::max(m_id, other->m_id);
   m_src = m_src || other->m_src;

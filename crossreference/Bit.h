@@ -42,10 +42,9 @@ class XRF_API BitRef {
   friend class Signal;
   friend struct ModelState;
 
-  Bit* settle();
-
   Signal* m_signal;
-  Bit* m_bit = nullptr;
+  // Brought up to date when a merge is noticed, which in a finished model never happens.
+  mutable Bit* m_bit = nullptr;
   std::uint32_t m_index;
   bool m_member = false;  // in some bit's set
 };
@@ -146,7 +145,10 @@ class XRF_API Bit {
 
   Link m_first;
   Link* m_last = &m_first;
-  Bit* m_survivor = nullptr;  // what absorbed this bit
+  union {
+    Bit* m_survivor;            // of an absorbed bit, what absorbed it
+    const std::string* m_text;  // of a live bit, its value text where that is none of the usual
+  };
   std::uint32_t m_ref_count = 0;
   std::uint32_t m_id = 0;
   std::uint32_t m_state_loc1 = 0;
@@ -159,6 +161,7 @@ class XRF_API Bit {
   bool m_src : 1;
   bool m_changed : 1;
   bool m_inferred : 1;
+  bool m_absorbed : 1;
   bool m_irregular : 1;  // holds a reference that resolves elsewhere or that another bit holds too
 };
 

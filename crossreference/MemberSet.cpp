@@ -31,17 +31,18 @@ void enter(detail::Members& set, std::uint32_t position) {
 }
 
 template <class T>
-void reindex(Arena& arena, detail::Members& set) {
+void reindex(detail::Members& set) {
   if (set.count <= unindexed) return;
-  std::uint32_t capacity = std::max(set.indexCapacity, 4 * unindexed);
-  while (capacity < set.count * 2) capacity *= 2;
-  if (capacity != set.indexCapacity) {
-    arena.recycle(set.index, set.indexCapacity);
-    set.index = arena.allocateArray<std::uint32_t>(capacity);
-    set.indexCapacity = capacity;
-  }
-  std::memset(set.index, 0, capacity * sizeof(std::uint32_t));
+  std::memset(set.index, 0, set.indexCapacity * sizeof(std::uint32_t));
   for (std::uint32_t position = 0; position < set.count; ++position) enter<T>(set, position);
+}
+
+template <class T>
+void growIndex(Arena& arena, detail::Members& set) {
+  arena.recycle(set.index, set.indexCapacity);
+  set.indexCapacity = std::max(set.indexCapacity * 2, 4 * unindexed);
+  set.index = arena.allocateArray<std::uint32_t>(set.indexCapacity);
+  reindex<T>(set);
 }
 
 template <class T>
@@ -81,7 +82,7 @@ template <class T>
 void indexLast(Arena& arena, detail::Members& set) {
   if (set.count <= unindexed) return;
   if (set.count * 2 > set.indexCapacity) {
-    reindex<T>(arena, set);
+    growIndex<T>(arena, set);
   } else {
     enter<T>(set, set.count - 1);
   }
@@ -105,7 +106,7 @@ T* find(const detail::Members& set, std::uint32_t id) {
 }
 
 template <class T>
-void settle(Arena& arena, detail::Members& set, bool drop) {
+void settle(detail::Members& set, bool drop) {
   if (set.settled) return;
   sort<T>(set);
   std::uint32_t kept = 0;
@@ -123,14 +124,14 @@ void settle(Arena& arena, detail::Members& set, bool drop) {
   }
   set.count = kept;
   set.settled = true;
-  if (!drop) reindex<T>(arena, set);
+  if (!drop) reindex<T>(set);
 }
 
 template void indexLast<Signal>(Arena&, detail::Members&);
 template void indexLast<Module>(Arena&, detail::Members&);
 template Signal* find<Signal>(const detail::Members&, std::uint32_t);
 template Module* find<Module>(const detail::Members&, std::uint32_t);
-template void settle<Signal>(Arena&, detail::Members&, bool);
-template void settle<Module>(Arena&, detail::Members&, bool);
+template void settle<Signal>(detail::Members&, bool);
+template void settle<Module>(detail::Members&, bool);
 
 }  // namespace XRF_RTL2LL::members

@@ -41,7 +41,7 @@ T* find(const detail::Members& set, std::uint32_t id);
 /// Sorts and marks the slots after additions. With `drop`, objects that are not listed lose their
 /// slots.
 template <class T>
-void settle(Arena& arena, detail::Members& set, bool drop);
+void settle(detail::Members& set, bool drop);
 
 /// Takes the set of visible objects anew.
 template <class T, class IsHidden>

@@ -76,6 +76,15 @@ ModelState& ModelState::current() {
   return *(current.model != nullptr ? *current.model : processModel()).m_state;
 }
 
+void ModelState::settleTree(const Module& module) {
+  module.getSignals(false);
+  module.getChildren(false);
+  // Those that share a name with a sibling are not listed but found by number.
+  for (std::uint32_t at = 0; at < module.m_children.count; ++at) {
+    settleTree(*members::object<Module>(module.m_children.slots[at]));
+  }
+}
+
 void ModelState::settleBits() {
   signals.each([](Signal* signal) {
     BitRef* const* refs = signal->entries();

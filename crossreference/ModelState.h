@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -59,10 +58,6 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   std::uint32_t nextNetId = 0;
   std::uint32_t moduleDepth = 0;
   bool showHidden = true;
-  /// Value texts other than "z", "0" and "1".
-  std::unordered_map<const Bit*, std::string> valueTexts;
-  /// Full names of signals whose module got another path after they were made.
-  std::unordered_map<const Signal*, std::string> pinnedNames;
   /// Netlists and token maps are never released by whoever made them.
   std::vector<std::unique_ptr<Netlist>> netlists;
   std::vector<std::unique_ptr<TokenMap>> tokenMaps;
@@ -72,6 +67,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   static const std::string* nameOf(const Signal* signal) { return signal->m_name; }
   static const std::string* nameOf(const Module* module) { return module->m_name; }
 
+  /// Sorts all sets of a module and of those below it, so that look-ups change nothing.
+  static void settleTree(const Module& module);
   /// Points every reference at the bit that survives, and forgets the bits that were absorbed.
   void settleBits();
   /// Numbers the bits 0, 1, 2, ... in creation order.

@@ -55,14 +55,11 @@ std::ostream& print(std::ostream& out, const Object& object,
     static_cast<std::ostream*>(stream)->write(text.data(),
                                               static_cast<std::streamsize>(text.size()));
   };
-  bool failed = false;
-  {
-    TextOut text(sink, &out);
-    write(text, object);
-    failed = text.failed();
-  }
+  TextOut text(sink, &out);
+  write(text, object);
+  text.flush();
   out.flush();
-  if (failed) out.setstate(std::ios_base::badbit);
+  if (text.failed()) out.setstate(std::ios_base::badbit);
   return out;
 }
 

@@ -41,15 +41,23 @@ void Module::setPath(const char* path) {
   setPathWord(ModelState::current().names.intern(path == nullptr ? "" : path));
 }
 
+const std::string* Module::pathOf(const Signal& signal) const {
+  if (!signal.m_earlier_path) return m_path;
+  const EarlierPath* earlier = m_earlier_paths;
+  while (earlier->signal != &signal) earlier = earlier->next;
+  return earlier->path;
+}
+
 void Module::setPathWord(const std::string* path) {
   if (path == m_path) return;
   // Full names are composed on demand but belong to the time when the signal was made.
   if (m_named_signals) {
     ModelState& model = ModelState::current();
     model.signals.each([&](Signal* signal) {
-      if (signal->m_module != this || signal->m_pinned) return;
-      model.pinnedNames[signal] = signal->getFullName();
-      signal->m_pinned = true;
+      if (signal->m_module != this || signal->m_earlier_path) return;
+      m_earlier_paths = new (model.arena.allocate(sizeof(EarlierPath)))
+          EarlierPath{signal, m_path, m_earlier_paths};
+      signal->m_earlier_path = true;
     });
     m_named_signals = false;
   }
@@ -93,12 +101,12 @@ Module* Module::getParent() const { return m_parent; }
 void Module::setParent(Module* parent) { m_parent = parent; }
 
 Range<Signal> Module::getSignals(bool visible) const {
-  members::settle<Signal>(ModelState::current().arena, m_signals, false);
+  members::settle<Signal>(m_signals, false);
   return members::range<Signal>(m_signals, visible);
 }
 
 Range<Module> Module::getChildren(bool visible) const {
-  members::settle<Module>(ModelState::current().arena, m_children, false);
+  members::settle<Module>(m_children, false);
   return members::range<Module>(m_children, visible);
 }
 

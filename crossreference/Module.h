@@ -81,9 +81,13 @@ class XRF_API Module {
   friend struct ModelState;
   friend struct NameKey;
   template <class T>
+  friend struct RegisteredName;
+  template <class T>
   friend class Range;
 
   Module(const std::string* name, const std::string* defName, unsigned int id);
+  // The path that a signal's full name holds.
+  const std::string* pathOf(const Signal& signal) const;
   void setPathWord(const std::string* path);
   const std::string* childPath();
 
@@ -91,6 +95,13 @@ class XRF_API Module {
   const std::string* m_def_name;
   const std::string* m_path;
   const std::string* m_child_path = nullptr;
+  // Signals that were made before the module got another path.
+  struct EarlierPath {
+    const Signal* signal;
+    const std::string* path;
+    EarlierPath* next;
+  };
+  EarlierPath* m_earlier_paths = nullptr;
   Module* m_parent = nullptr;
   std::uint64_t m_init = 0;
   mutable detail::Members m_signals;

@@ -16,12 +16,8 @@ std::string_view view(const std::string* text) {
 NameKey::NameKey(const Module& module) : pieces{view(module.m_path), "/", view(module.m_name)} {}
 
 NameKey::NameKey(const Signal& signal) {
-  if (signal.m_pinned) {
-    pieces = {view(&ModelState::current().pinnedNames[&signal])};
-    return;
-  }
   const Module& module = *signal.m_module;
-  pieces = {view(module.m_path), "/", view(module.m_name), "/", view(signal.m_name)};
+  pieces = {view(module.pathOf(signal)), "/", view(module.m_name), "/", view(signal.m_name)};
 }
 
 std::uint32_t NameKey::hash() const {
@@ -59,12 +55,20 @@ std::string NameKey::compose() const {
   return name;
 }
 
+RegisteredName<Module>::RegisteredName(Module* entered) : object(entered), path(entered->m_path) {}
+
+NameKey RegisteredName<Module>::key() const {
+  NameKey key(*object);
+  key.pieces[0] = view(path);
+  return key;
+}
+
 template <class T>
 std::size_t NameRegistry<T>::place(const NameKey& key, std::uint32_t hash) const {
-  const std::size_t mask = m_objects.size() - 1;
+  const std::size_t mask = m_entries.size() - 1;
   std::size_t at = hash & mask;
-  while (m_objects[at] != nullptr &&
-         (m_hashes[at] != hash || NameKey::compare(NameKey(*m_objects[at]), key) != 0)) {
+  while (m_entries[at].object != nullptr &&
+         (m_hashes[at] != hash || NameKey::compare(m_entries[at].key(), key) != 0)) {
     at = (at + 1) & mask;
   }
   return at;
@@ -72,33 +76,33 @@ std::size_t NameRegistry<T>::place(const NameKey& key, std::uint32_t hash) const
 
 template <class T>
 void NameRegistry<T>::enter(T* object) {
-  if ((m_used + 1) * 4 > m_objects.size() * 3) grow();
+  if ((m_used + 1) * 4 > m_entries.size() * 3) grow();
   const NameKey key(*object);
   const std::uint32_t hash = key.hash();
   const std::size_t at = place(key, hash);
-  if (m_objects[at] == nullptr) ++m_used;
-  m_objects[at] = object;
+  if (m_entries[at].object == nullptr) ++m_used;
+  m_entries[at] = RegisteredName<T>(object);
   m_hashes[at] = hash;
 }
 
 template <class T>
 T* NameRegistry<T>::find(const NameKey& key) const {
-  return m_objects.empty() ? nullptr : m_objects[place(key, key.hash())];
+  return m_entries.empty() ? nullptr : m_entries[place(key, key.hash())].object;
 }
 
 template <class T>
 void NameRegistry<T>::grow() {
-  std::vector<T*> objects(std::max<std::size_t>(m_objects.size() * 2, 16));
-  std::vector<std::uint32_t> hashes(objects.size());
-  const std::size_t mask = objects.size() - 1;
-  for (std::size_t from = 0; from < m_objects.size(); ++from) {
-    if (m_objects[from] == nullptr) continue;
+  std::vector<RegisteredName<T>> entries(std::max<std::size_t>(m_entries.size() * 2, 16));
+  std::vector<std::uint32_t> hashes(entries.size());
+  const std::size_t mask = entries.size() - 1;
+  for (std::size_t from = 0; from < m_entries.size(); ++from) {
+    if (m_entries[from].object == nullptr) continue;
     std::size_t at = m_hashes[from] & mask;
-    while (objects[at] != nullptr) at = (at + 1) & mask;
-    objects[at] = m_objects[from];
+    while (entries[at].object != nullptr) at = (at + 1) & mask;
+    entries[at] = m_entries[from];
     hashes[at] = m_hashes[from];
   }
-  m_objects.swap(objects);
+  m_entries.swap(entries);
   m_hashes.swap(hashes);
 }
 

@@ -25,6 +25,27 @@ struct NameKey {
   std::string compose() const;
 };
 
+/// What a registry keeps of an object, enough to tell the name under which it was entered. A
+/// signal's full name never changes, but a module may be attached elsewhere later.
+template <class T>
+struct RegisteredName {
+  T* object = nullptr;
+
+  RegisteredName() = default;
+  explicit RegisteredName(T* entered) : object(entered) {}
+  NameKey key() const { return NameKey(*object); }
+};
+
+template <>
+struct RegisteredName<Module> {
+  Module* object = nullptr;
+  const std::string* path = nullptr;
+
+  RegisteredName() = default;
+  explicit RegisteredName(Module* entered);
+  NameKey key() const;
+};
+
 /// Finds the objects of one view by their full names. An object of a name that is taken replaces
 /// the earlier one.
 template <class T>
@@ -36,8 +57,8 @@ class NameRegistry {
 
   template <class Visit>
   void each(Visit visit) const {
-    for (T* object : m_objects) {
-      if (object != nullptr) visit(object);
+    for (const RegisteredName<T>& entry : m_entries) {
+      if (entry.object != nullptr) visit(entry.object);
     }
   }
   std::size_t size() const { return m_used; }
@@ -46,7 +67,7 @@ class NameRegistry {
   std::size_t place(const NameKey& key, std::uint32_t hash) const;
   void grow();
 
-  std::vector<T*> m_objects;
+  std::vector<RegisteredName<T>> m_entries;
   std::vector<std::uint32_t> m_hashes;
   std::size_t m_used = 0;
 };

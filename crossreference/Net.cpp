@@ -11,7 +11,7 @@ Net::Net() : m_id(ModelState::current().nextNetId++) { ModelState::current().net
 unsigned int Net::getId() const { return m_id; }
 
 Range<Signal> Net::getSignals() const {
-  members::settle<Signal>(ModelState::current().arena, m_signals, true);
+  members::settle<Signal>(m_signals, true);
   return members::range<Signal>(m_signals, false);
 }
 

@@ -114,7 +114,7 @@ void NetGrouping::makeNet(std::size_t from, std::size_t to) {
       signal->setNet(net);
     }
   }
-  members::settle<Signal>(m_model.arena, net->m_signals, true);
+  members::settle<Signal>(net->m_signals, true);
 }
 
 void NetGrouping::run() {

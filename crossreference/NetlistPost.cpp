@@ -97,6 +97,7 @@ void Netlist::postProcess(EdifView view) {
     module->updateVisibleSignals(false);
     if (module->getKind() == BUF) buffers.push_back(module);
   });
+  if (const Module* top = getTop(view); top != nullptr) ModelState::settleTree(*top);
   sortByName(buffers);
   for (Module* buffer : buffers) mergeBuffer(*buffer);
   m_state->model.settleBits();

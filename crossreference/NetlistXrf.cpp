@@ -101,6 +101,7 @@ void XrfReader::finish() {
   for (const EdifView view : {RTL, SYNTH}) {
     Module* root = m_netlist.findModule(view, "/");
     if (root == nullptr) continue;
+    ModelState::settleTree(*root);
     root->updateVisibleChildren(true);
     root->updateVisibleSignals(true);
   }

@@ -43,7 +43,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
   m_kind = WIRE;
   m_hidden = false;
   m_src_state = false;
-  m_pinned = false;
+  m_earlier_path = false;
   enter(model, noBits);
 }
 
@@ -109,8 +109,7 @@ unsigned int Signal::getId() const { return m_id; }
 const char* Signal::getName() const { return m_name == nullptr ? nullptr : m_name->c_str(); }
 
 std::string Signal::getFullName() const {
-  if (m_pinned) return ModelState::current().pinnedNames[this];
-  std::string name = *m_module->m_path;
+  std::string name = *m_module->pathOf(*this);
   name += '/';
   if (m_module->m_name != nullptr) name += *m_module->m_name;
   name += '/';

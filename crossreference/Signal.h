@@ -133,7 +133,7 @@ class XRF_API Signal {
   signalKind m_kind : 8;
   bool m_hidden : 1;
   bool m_src_state : 1;
-  bool m_pinned : 1;  // its module was renamed after the signal was made
+  bool m_earlier_path : 1;  // its module got another path after the signal was made
 };
 
 /// Signals that are electrically one, with the enabled mark they share.

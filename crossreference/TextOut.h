@@ -9,13 +9,13 @@
 
 namespace XRF_RTL2LL {
 
-/// Collects text and hands it to a sink in large pieces.
+/// Collects text and hands it to a sink in large pieces; the last one when it is flushed. The sink
+/// may throw, so nothing is handed over by the destructor.
 class TextOut {
  public:
   using Sink = void (*)(std::string_view text, void* context);
 
   TextOut(Sink sink, void* context) : m_sink(sink), m_context(context) {}
-  ~TextOut() { flush(); }
   TextOut(const TextOut&) = delete;
   TextOut& operator=(const TextOut&) = delete;
 

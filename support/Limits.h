@@ -28,7 +28,7 @@ inline constexpr std::uint32_t signalWidth = 1U << 24;
 /// Modules, signals and bits that a netlist may expand to: a base for small files, a multiple of
 /// the words of the file for shared cells, and an end to both.
 inline constexpr std::uint64_t objectsBase = 1U << 20;
-inline constexpr std::uint64_t objectsPerWord = 1024;
+inline constexpr std::uint64_t objectsPerWord = 256;
 inline constexpr std::uint64_t objects = 400'000'000;
 
 /// Bits or nets that a cross-reference file may declare beyond its size in bytes.
