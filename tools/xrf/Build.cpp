@@ -1,0 +1,182 @@
+#include <crossreference/XRF_RTL2LL.h>
+#include <tools/xrf/AtomicOutput.h>
+#include <tools/xrf/BuildReport.h>
+#include <tools/xrf/InputCheck.h>
+#include <tools/xrf/LoadedDesign.h>
+#include <tools/xrf/StandardOutput.h>
+#include <tools/xrf/Subcommands.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+
+namespace xrf {
+
+using XRF_RTL2LL::Bit;
+using XRF_RTL2LL::Design;
+using XRF_RTL2LL::Module;
+
+namespace {
+
+struct BuildOptions {
+  std::string rtl;
+  std::string synth;
+  std::string xrf;
+  std::string locations;
+  std::string log;
+  std::string output;
+  bool hideHidden = false;
+
+  bool fromNetlists() const { return xrf.empty(); }
+};
+
+void checkOptions(const BuildOptions& options) {
+  const bool netlists = !options.rtl.empty() && !options.synth.empty();
+  const bool anyNetlist = !options.rtl.empty() || !options.synth.empty();
+  if (options.fromNetlists() ? !netlists : anyNetlist) {
+    throw UsageFailure("give --rtl and --synth, or --xrf instead of both (see xrf build --help)");
+  }
+  for (const std::string* input :
+       {&options.rtl, &options.synth, &options.locations, &options.log}) {
+    if (!input->empty() && isSameFile(*input, options.output)) {
+      throw UsageFailure("the output would overwrite this input", *input);
+    }
+  }
+}
+
+void checkInputs(const BuildOptions& options) {
+  for (const std::string* input :
+       {&options.rtl, &options.synth, &options.xrf, &options.locations, &options.log}) {
+    if (!input->empty()) requireReadable(*input);
+  }
+}
+
+// Loading a file leaves the highest bit id undeclared, and what is written without it does not
+// read back.
+void declareBits() {
+  unsigned highest = 0;
+  for (const Bit* bit : Bit::getAllBits()) highest = std::max(highest, bit->getId());
+  Bit::setMaxBitId(highest);
+}
+
+void readDesign(Design& design, const BuildOptions& options, Console& console) {
+  if (options.fromNetlists()) {
+    console.setCurrentInput(options.rtl);
+    design.parse_rtl(options.rtl);
+    console.setCurrentInput(options.synth);
+    design.parse_synth(options.synth);
+  } else {
+    load(design, options.xrf, console);
+    declareBits();
+  }
+  if (design.getFamily() != XRF_RTL2LL::TORVAL7) {
+    throw Failure(options.fromNetlists()
+                      ? "the device family is not known: the netlist's header does not name the "
+                        "program \"Tarvona\""
+                      : "the device family is not known: the file has no (FAMILY TORVAL7) line",
+                  options.fromNetlists() ? options.rtl : options.xrf);
+  }
+}
+
+void readDeviceFiles(Design& design, const BuildOptions& options, Console& console) {
+  if (!options.locations.empty()) {
+    console.setCurrentInput(options.locations);
+    design.parse_ll(options.locations);
+    if (design.locationReport().lines == 0) {
+      console.warn(options.locations + ": no line tells a location");
+    }
+  }
+  if (!options.log.empty()) {
+    console.setCurrentInput(options.log);
+    design.parse_log(options.log);
+  } else {
+    console.setCurrentInput({});
+    design.getNetlist()->finalPostProcess();
+    design.initializeBits();
+  }
+  console.setCurrentInput({});
+}
+
+void warnOfHiddenCells(const DesignCounts& counts, const BuildOptions& options, Console& console) {
+  const bool leavesOut = options.hideHidden && counts.synth.hiddenModules != 0;
+  if (!leavesOut || !options.locations.empty()) return;
+  console.warn(
+      "--hide-hidden leaves out register cells that a later --ll needs; give --ll now, or drop "
+      "--hide-hidden");
+}
+
+BuildReport reportOf(const Design& design, const BuildOptions& options) {
+  BuildReport report{
+      options.output,     DesignCounts(*design.getNetlist()), design.locationReport(),
+      design.logReport(), !options.locations.empty(),         !options.log.empty(),
+      std::nullopt};
+  if (options.fromNetlists()) report.coverage = design.coverage().all;
+  return report;
+}
+
+// Where the cross-reference goes to standard output, the report must not.
+void printReport(const BuildReport& report, const Session& session, bool outputTaken) {
+  if (session.options.json) {
+    printOut(jsonText(buildJson(report)) + "\n");
+  } else if (!session.options.quiet) {
+    const std::string text = buildText(report, !outputTaken && session.colored());
+    std::fwrite(text.data(), 1, text.size(), outputTaken ? stderr : stdout);
+  }
+}
+
+Status build(Session& session, const BuildOptions& options) {
+  checkOptions(options);
+  checkInputs(options);
+  AtomicOutput output(options.output);
+  if (output.isStandardOutput() && session.options.json) {
+    throw UsageFailure("--json needs standard output for its document; write to a file");
+  }
+  Design design;
+  readDesign(design, options, session.console);
+  readDeviceFiles(design, options, session.console);
+  const BuildReport report = reportOf(design, options);
+  warnOfHiddenCells(report.views, options, session.console);
+  design.exportDesign(output.path(), !options.hideHidden);
+  output.commit();
+  session.console.finish();
+  printReport(report, session, output.isStandardOutput());
+  return Status::Done;
+}
+
+const char* const footer =
+    "Reads the elaborated and the synthesized netlist (EDIF), or a cross-reference file instead "
+    "of\n"
+    "both; then the locations of the implemented design and the constants of the synthesis log.\n"
+    "OUT appears only when it is complete: a build that fails leaves an older file as it was.\n"
+    "Examples:\n"
+    "  xrf build --rtl top_rtl.edf --synth top_synth.edf --ll top.ll --log synth.log -o top.xrf\n"
+    "  xrf build --xrf top.xrf --ll next_run.ll -o next_run.xrf";
+
+void addOptions(CLI::App& subcommand, BuildOptions& options) {
+  const auto add = [&](const char* name, std::string& value, const char* text) {
+    return subcommand.add_option(name, value, text)->type_name("FILE");
+  };
+  add("--rtl", options.rtl, "Elaborated netlist (EDIF)");
+  add("--synth", options.synth, "Synthesized netlist (EDIF)");
+  add("--xrf", options.xrf, "Cross-reference file to start from, instead of the netlists");
+  add("--ll", options.locations, "Logic-location file of the implemented design");
+  add("--log", options.log, "Synthesis log");
+  add("-o,--output", options.output, "Cross-reference file to write")->required();
+  subcommand.add_flag("--hide-hidden", options.hideHidden,
+                      "Leave out cells of registers and logic, and other hidden objects");
+}
+
+}  // namespace
+
+void addBuild(CLI::App& app, Session& session) {
+  CLI::App* subcommand =
+      app.add_subcommand("build", "Tie a design's files together into a cross-reference file");
+  const auto options = std::make_shared<BuildOptions>();
+  addOptions(*subcommand, *options);
+  addCommonOptions(*subcommand, session, footer);
+  subcommand->callback([&session, options] {
+    session.action = [options](Session& current) { return build(current, *options); };
+  });
+}
+
+}  // namespace xrf

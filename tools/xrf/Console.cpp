@@ -1,0 +1,154 @@
+#include <tools/xrf/Console.h>
+#include <tools/xrf/Style.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace xrf {
+
+namespace {
+
+constexpr int errorStream = 2;
+constexpr auto progressInterval = std::chrono::milliseconds(100);
+constexpr std::size_t progressWidth = 79;
+constexpr std::size_t longestErrorText = 600;
+
+bool isSmartTerminal() {
+  const char* terminal = std::getenv("TERM");
+  return isatty(STDERR_FILENO) == 1 && terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+void put(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+
+void dropPrefix(std::string& text, const std::string& prefix) {
+  if (text.compare(0, prefix.size(), prefix) == 0) text.erase(0, prefix.size());
+}
+
+// Runs of blanks and line feeds become one blank; what a terminal might act on is masked.
+std::string oneLine(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
+    if (!blank) {
+      result += c;
+    } else if (!result.empty() && result.back() != ' ') {
+      result += ' ';
+    }
+  }
+  while (!result.empty() && result.back() == ' ') result.pop_back();
+  if (result.size() > longestErrorText) {
+    result.resize(longestErrorText);
+    result += "...";
+  }
+  return printable(result);
+}
+
+// The bare reason: the library's texts may begin with "ERROR:" and the place, which the command
+// puts in front itself.
+std::string reason(const XRF_RTL2LL::Fatal& fatal) {
+  std::string text = fatal.text == nullptr ? "" : fatal.text;
+  dropPrefix(text, "ERROR:");
+  dropPrefix(text, " ");
+  if (fatal.file != nullptr) {
+    dropPrefix(text, fmt::format("{}:{}: ", fatal.file, fatal.line));
+    dropPrefix(text, fmt::format("{}: ", fatal.file));
+  }
+  text = oneLine(text);
+  return text.empty() ? "the library gave up without a reason" : text;
+}
+
+std::string place(const Failure& failure) {
+  if (failure.file.empty()) return {};
+  std::string text = printable(failure.file);
+  if (failure.line != 0) text += fmt::format(":{}", failure.line);
+  if (failure.line != 0 && failure.column != 0) text += fmt::format(":{}", failure.column);
+  return text + ": ";
+}
+
+}  // namespace
+
+Console::Console()
+    : m_showProgress(isSmartTerminal()),
+      m_fatalScope(onFatal, this),
+      m_messageScope(onMessage, this),
+      m_progressScope(onProgress, this) {}
+
+Console::~Console() { finish(); }
+
+void Console::setQuiet(bool quiet) {
+  m_quiet = quiet;
+  m_showProgress = !quiet && isSmartTerminal();
+}
+
+void Console::warn(std::string_view text) {
+  finish();
+  put(fmt::format("xrf: {} {}\n", painted("warning:", Color::Yellow, m_color), text));
+}
+
+void Console::error(const Failure& failure) {
+  finish();
+  put(fmt::format("xrf: {} {}{}\n", painted("error:", Color::Red, m_color), place(failure),
+                  failure.what()));
+}
+
+void Console::finish() {
+  eraseProgress();
+  showHeldMessage();
+}
+
+void Console::onFatal(const XRF_RTL2LL::Fatal& fatal, void* console) {
+  auto& self = *static_cast<Console*>(console);
+  if (fatal.printed && fatal.text != nullptr && self.m_heldMessage == fatal.text) {
+    self.m_heldMessage.clear();
+  }
+  const std::string file = fatal.file == nullptr ? "" : fatal.file;
+  throw Failure(reason(fatal), file, fatal.line, fatal.column);
+}
+
+void Console::onMessage(int stream, const char* text, void* console) {
+  auto& self = *static_cast<Console*>(console);
+  self.finish();
+  if (stream == errorStream) {
+    self.m_heldMessage = text;
+  } else if (!self.m_quiet) {
+    put(text);
+  }
+}
+
+bool Console::onProgress(const char* phase, std::uint64_t done, std::uint64_t total,
+                         void* console) {
+  auto& self = *static_cast<Console*>(console);
+  if (self.m_showProgress) self.drawProgress(phase, done, total);
+  return true;
+}
+
+void Console::drawProgress(std::string_view phase, std::uint64_t done, std::uint64_t total) {
+  const auto now = std::chrono::steady_clock::now();
+  if (m_progressDrawn && now - m_lastDrawn < progressInterval) return;
+  std::string line = printable(phase);
+  if (total != 0) {
+    const double share = static_cast<double>(std::min(done, total)) / static_cast<double>(total);
+    line += fmt::format(" {:.0f} %", 100.0 * share);
+  }
+  if (line.size() > progressWidth) line.resize(progressWidth);
+  put("\r" + line + "\033[K");
+  std::fflush(stderr);
+  m_progressDrawn = true;
+  m_lastDrawn = now;
+}
+
+void Console::eraseProgress() {
+  if (!m_progressDrawn) return;
+  put("\r\033[K");
+  m_progressDrawn = false;
+}
+
+void Console::showHeldMessage() {
+  put(m_heldMessage);
+  m_heldMessage.clear();
+}
+
+}  // namespace xrf

@@ -1,0 +1,251 @@
+#include <tools/xrf/Json.h>
+#include <tools/xrf/LoadedDesign.h>
+#include <tools/xrf/Search.h>
+#include <tools/xrf/StandardOutput.h>
+#include <tools/xrf/Subcommands.h>
+#include <tools/xrf/Table.h>
+#include <tools/xrf/ViewOption.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+#include <memory>
+
+namespace xrf {
+
+using XRF_RTL2LL::Bit;
+using XRF_RTL2LL::BitRef;
+using XRF_RTL2LL::Signal;
+
+namespace {
+
+struct FindOptions {
+  std::string file;
+  std::vector<std::string> names;
+  std::optional<XRF_RTL2LL::EdifView> view;
+  bool hidden = false;
+};
+
+const char* directionName(const Signal& signal) {
+  switch (signal.getKind()) {
+    case XRF_RTL2LL::IN:
+      return "IN";
+    case XRF_RTL2LL::OUT:
+      return "OUT";
+    case XRF_RTL2LL::WIRE:
+      break;
+  }
+  return "WIRE";
+}
+
+// The bit of an index, or null for an index that has none.
+const Bit* bitAt(const Signal& signal, unsigned index) {
+  const BitRef* ref = signal.getBitRef(index, true);
+  return ref == nullptr ? nullptr : ref->getBit();
+}
+
+template <class Visit>
+void eachIndex(const SignalHit& hit, Visit visit) {
+  for (std::uint64_t i = std::uint64_t{hit.msb} + 1; i > hit.lsb; --i) {
+    visit(static_cast<unsigned>(i - 1));
+  }
+}
+
+const char* kindName(Bit::BitKind kind) {
+  switch (kind) {
+    case Bit::STATE:
+      return "STATE";
+    case Bit::CNST:
+      return "CNST";
+    case Bit::UNREAD:
+      return "UNREAD";
+    case Bit::UNKNOWN:
+      break;
+  }
+  return "UNKNOWN";
+}
+
+std::string valueText(const Bit& bit) {
+  if (bit.getKind() != Bit::CNST) return bit.getValueStr(false);
+  return bit.getValue() ? "1" : "0";
+}
+
+Json bitJson(unsigned index, const Bit* bit) {
+  Json json{{"index", index}};
+  if (bit == nullptr) return json;
+  json["id"] = bit->getId();
+  json["kind"] = kindName(bit->getKind());
+  if (bit->getKind() == Bit::STATE) {
+    json["frame"] = bit->getStateLoc1();
+    json["offset"] = bit->getStateLoc2();
+    json["slr"] = bit->getStateLoc3();
+  }
+  json["value"] = valueText(*bit);
+  return json;
+}
+
+Json signalJson(const SignalHit& hit) {
+  const Signal& signal = *hit.signal;
+  return {{"view", viewName(hit.view)},
+          {"name", signal.getFullName()},
+          {"direction", directionName(signal)},
+          {"lsb", signal.getLsb()},
+          {"msb", signal.getMsb()},
+          {"bits", Json::array()}};
+}
+
+// Written signal by signal: the document of a million matches must not be held in memory.
+void printJson(const std::string& file, const SearchResult& result) {
+  printOut("{\"command\":\"find\",\"file\":" + jsonText(file) + ",\"signals\":[");
+  for (std::size_t i = 0; i < result.signals.size();) {
+    const SignalHit& first = result.signals[i];
+    const bool leading = i == 0;
+    Json json = signalJson(first);
+    for (; i < result.signals.size() && result.signals[i].signal == first.signal; ++i) {
+      eachIndex(result.signals[i], [&](unsigned index) {
+        json["bits"].push_back(bitJson(index, bitAt(*first.signal, index)));
+      });
+    }
+    printOut((leading ? "" : ",") + jsonText(json));
+  }
+  Json modules = Json::array();
+  for (const ModuleHit& hit : result.modules) {
+    modules.push_back({{"view", viewName(hit.view)},
+                       {"name", fullName(*hit.module)},
+                       {"definition", hit.module->getDefName()},
+                       {"hidden", hit.module->isHidden()}});
+  }
+  printOut("],\"modules\":" + jsonText(modules) + ",\"notFound\":" + jsonText(result.notFound) +
+           "}\n");
+}
+
+Table::Cell kindCell(Bit::BitKind kind) {
+  switch (kind) {
+    case Bit::STATE:
+      return {"located", Color::Green};
+    case Bit::CNST:
+      return {"constant", Color::Cyan};
+    case Bit::UNREAD:
+      return {"unread", Color::Yellow};
+    case Bit::UNKNOWN:
+      break;
+  }
+  return {"unknown", Color::Dim};
+}
+
+Table::Row bitRow(const SignalHit& hit, unsigned index) {
+  const Signal& signal = *hit.signal;
+  std::string name = printable(signal.getFullName());
+  if (signal.getMsb() != 0) name += fmt::format("[{}]", index);
+  Table::Row row{{std::string(viewName(hit.view))}, {std::move(name)}, {directionName(signal)}};
+  const Bit* bit = bitAt(signal, index);
+  if (bit == nullptr) {
+    row.push_back({"none", Color::Dim});
+    return row;
+  }
+  row.push_back(kindCell(bit->getKind()));
+  if (bit->getKind() == Bit::STATE) {
+    row.push_back({fmt::format("0x{:08x}", bit->getStateLoc1())});
+    row.push_back({fmt::format("{}", bit->getStateLoc2())});
+    row.push_back({fmt::format("{}", bit->getStateLoc3())});
+  } else if (bit->getKind() == Bit::CNST) {
+    row.insert(row.end(), {{""}, {""}, {""}, {valueText(*bit)}});
+  }
+  return row;
+}
+
+// Twice over the rows, for their widths and for their text, so that none is kept.
+void printSignals(const std::vector<SignalHit>& hits, bool colored) {
+  if (hits.empty()) return;
+  using enum Table::Align;
+  Table table({{"VIEW", Left},
+               {"BIT", Left},
+               {"DIR", Left},
+               {"KIND", Left},
+               {"FRAME", Right},
+               {"OFFSET", Right},
+               {"SLR", Right},
+               {"VALUE", Right}},
+              colored);
+  const auto eachRow = [&hits](auto visit) {
+    for (const SignalHit& hit : hits) {
+      eachIndex(hit, [&](unsigned index) { visit(bitRow(hit, index)); });
+    }
+  };
+  eachRow([&](const Table::Row& row) { table.measure(row); });
+  printOut(table.header());
+  eachRow([&](const Table::Row& row) { printOut(table.line(row)); });
+}
+
+void printModules(const std::vector<ModuleHit>& hits, bool colored) {
+  if (hits.empty()) return;
+  using enum Table::Align;
+  Table table({{"VIEW", Left}, {"MODULE", Left}, {"DEFINITION", Left}}, colored);
+  const auto row = [](const ModuleHit& hit) {
+    return Table::Row{{std::string(viewName(hit.view))},
+                      {printable(fullName(*hit.module))},
+                      {printable(hit.module->getDefName())}};
+  };
+  for (const ModuleHit& hit : hits) table.measure(row(hit));
+  printOut(table.header());
+  for (const ModuleHit& hit : hits) printOut(table.line(row(hit)));
+}
+
+void printText(const SearchResult& result, bool colored) {
+  printModules(result.modules, colored);
+  if (!result.modules.empty() && !result.signals.empty()) printOut("\n");
+  printSignals(result.signals, colored);
+}
+
+Status find(Session& session, const FindOptions& options) {
+  XRF_RTL2LL::Design design;
+  load(design, options.file, session.console);
+  SearchOptions what{{XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}, options.hidden};
+  if (options.view) what.views = {*options.view};
+  const SearchResult result = search(design, options.names, what);
+  if (session.options.json) {
+    printJson(options.file, result);
+  } else {
+    printText(result, session.colored());
+  }
+  for (const std::string& name : result.notFound) {
+    session.console.error(Failure("nothing is named '" + printable(name) + "'", options.file));
+  }
+  return result.notFound.empty() ? Status::Done : Status::NotFound;
+}
+
+const char* const footer =
+    "A name without a leading \"/\" is taken below the top. \"*\" matches any characters, \"/\"\n"
+    "included, and \"?\" matches one; brackets are themselves. A bit is asked for as written in "
+    "RTL:\n"
+    "/top/u0/cnt[3], or /top/u0/mem[3][5], which the model names bit 5 of mem<3>.\n"
+    "KIND is located (with frame address, bit offset in the frame and super logic region), "
+    "constant\n"
+    "(with its value), unread (looked for in vain) or unknown; in JSON STATE, CNST, UNREAD, "
+    "UNKNOWN.\n"
+    "Exit status 3 when a name matches nothing.\n"
+    "Examples:\n"
+    "  xrf find top.xrf /top/u0/cnt 'u0/mem[3][5]'\n"
+    "  xrf find top.xrf --view rtl --json '*state*'";
+
+}  // namespace
+
+void addFind(CLI::App& app, Session& session) {
+  CLI::App* subcommand =
+      app.add_subcommand("find", "Look up modules, signals and bits by name, one row per bit");
+  const auto options = std::make_shared<FindOptions>();
+  subcommand->add_option("FILE", options->file, "Cross-reference file (.xrf)")
+      ->required()
+      ->type_name("");
+  subcommand->add_option("NAME", options->names, "Hierarchical names, possibly with * and ?")
+      ->required()
+      ->type_name("");
+  addViewOption(*subcommand, options->view, "Look in one view only: rtl or synth");
+  subcommand->add_flag("--hidden", options->hidden,
+                       "Let wildcards match the cells of registers and logic, too");
+  addCommonOptions(*subcommand, session, footer);
+  subcommand->callback([&session, options] {
+    session.action = [options](Session& current) { return find(current, *options); };
+  });
+}
+
+}  // namespace xrf

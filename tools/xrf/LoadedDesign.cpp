@@ -1,0 +1,22 @@
+#include <tools/xrf/InputCheck.h>
+#include <tools/xrf/LoadedDesign.h>
+
+namespace xrf {
+
+void load(XRF_RTL2LL::Design& design, const std::string& path, Console& console) {
+  requireReadable(path);
+  console.setCurrentInput(path);
+  design.parse_xrf(path);
+  console.setCurrentInput({});
+  console.finish();
+  const XRF_RTL2LL::Netlist& netlist = *design.getNetlist();
+  if (netlist.getTop(XRF_RTL2LL::RTL) != nullptr) return;
+  if (netlist.getTop(XRF_RTL2LL::SYNTH) != nullptr) return;
+  throw Failure("holds no design; is it a cross-reference file?", path);
+}
+
+std::string_view viewName(XRF_RTL2LL::EdifView view) {
+  return view == XRF_RTL2LL::RTL ? "rtl" : "synth";
+}
+
+}  // namespace xrf

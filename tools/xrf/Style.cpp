@@ -1,0 +1,62 @@
+#include <tools/xrf/Style.h>
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace xrf {
+
+namespace {
+
+std::string_view escapeSequence(Color color) {
+  switch (color) {
+    case Color::Bold:
+      return "\033[1m";
+    case Color::Dim:
+      return "\033[2m";
+    case Color::Red:
+      return "\033[1;31m";
+    case Color::Green:
+      return "\033[32m";
+    case Color::Yellow:
+      return "\033[33m";
+    case Color::Cyan:
+      return "\033[36m";
+    case Color::Plain:
+      break;
+  }
+  return {};
+}
+
+bool environmentForbidsColor() {
+  const char* noColor = std::getenv("NO_COLOR");
+  if (noColor != nullptr && *noColor != '\0') return true;
+  const char* terminal = std::getenv("TERM");
+  return terminal != nullptr && std::string_view(terminal) == "dumb";
+}
+
+}  // namespace
+
+bool wantsColor(ColorMode mode, std::FILE* stream) {
+  if (mode == ColorMode::Always) return true;
+  if (mode == ColorMode::Never) return false;
+  return isatty(fileno(stream)) == 1 && !environmentForbidsColor();
+}
+
+std::string painted(std::string_view text, Color color, bool enabled) {
+  if (!enabled || color == Color::Plain || text.empty()) return std::string(text);
+  std::string result(escapeSequence(color));
+  result += text;
+  result += "\033[0m";
+  return result;
+}
+
+std::string printable(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7f) c = '?';
+  }
+  return result;
+}
+
+}  // namespace xrf

@@ -1,0 +1,115 @@
+#include <tools/xrf/Json.h>
+#include <tools/xrf/StandardOutput.h>
+#include <tools/xrf/Subcommands.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string_view>
+
+namespace {
+
+using xrf::Failure;
+using xrf::Session;
+using xrf::Status;
+
+const char* const description =
+    "Name a register of the RTL and learn where its value sits in the device.";
+const char* const footer =
+    "Exit status: 0 done, 1 bad input or failed work, 2 wrong usage, 3 a name was not found.\n"
+    "Example:\n"
+    "  xrf build --rtl top_rtl.edf --synth top_synth.edf --ll top.ll -o top.xrf\n"
+    "  xrf find top.xrf 'u0/cnt[3]'";
+
+int report(Session& session, const Failure& failure, Status status) {
+  if (session.options.json) {
+    xrf::printOut(xrf::jsonText(xrf::errorDocument(failure)) + "\n");
+    std::fflush(stdout);
+  }
+  session.console.error(failure);
+  return static_cast<int>(status);
+}
+
+// What the standard library throws names no file; blame the one that was being read.
+int reportException(Session& session, const std::exception& exception) {
+  const std::string& file = session.console.currentInput();
+  const std::string prefix = file.empty() ? "unexpected error" : "the file is malformed";
+  return report(session, Failure(prefix + " (" + exception.what() + ")", file), Status::Failed);
+}
+
+int run(Session& session) {
+  session.console.setQuiet(session.options.quiet);
+  session.console.setColor(xrf::wantsColor(session.options.color, stderr));
+  try {
+    const Status status = session.action(session);
+    xrf::finishOutput();
+    session.console.finish();
+    return static_cast<int>(status);
+  } catch (const xrf::UsageFailure& failure) {
+    return report(session, failure, Status::Usage);
+  } catch (const Failure& failure) {
+    return report(session, failure, Status::Failed);
+  } catch (const std::bad_alloc&) {
+    return report(session, Failure("out of memory", session.console.currentInput()),
+                  Status::Failed);
+  } catch (const std::exception& exception) {
+    return reportException(session, exception);
+  }
+}
+
+// The command line could not be read, so whether it asked for JSON is looked up by hand.
+int reportUsage(Session& session, const CLI::App& app, const CLI::ParseError& error, int count,
+                char** arguments) {
+  session.options.json = std::any_of(arguments, arguments + count, [](const char* argument) {
+    return std::string_view(argument) == "--json";
+  });
+  const std::vector<const CLI::App*> chosen =
+      app.get_subcommands([](const CLI::App* subcommand) { return subcommand->parsed(); });
+  const std::vector<std::string> left = app.remaining();
+  const auto unknown = std::find_if(left.begin(), left.end(), [](const std::string& word) {
+    return word.empty() || word.front() != '-';
+  });
+  std::string text = error.what();
+  std::string help = "xrf --help";
+  if (!chosen.empty()) {
+    help = "xrf " + chosen.front()->get_name() + " --help";
+  } else if (unknown != left.end()) {
+    text = "no subcommand is named '" + xrf::printable(*unknown) + "'";
+  }
+  return report(session, Failure(text + " (see " + help + ")"), Status::Usage);
+}
+
+int runCommandLine(int argc, char** argv) {
+  Session session;
+  CLI::App app(description, "xrf");
+  app.set_version_flag("--version", "xrf " XRF_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.footer(footer);
+  app.require_subcommand(1);
+  xrf::addBuild(app, session);
+  xrf::addInfo(app, session);
+  xrf::addFind(app, session);
+  xrf::addTree(app, session);
+  xrf::addDump(app, session);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return reportUsage(session, app, error, argc, argv);
+  }
+  return run(session);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return runCommandLine(argc, argv);
+  } catch (...) {  // not even an error could be reported
+    std::fputs("xrf: error: out of memory\n", stderr);
+    return static_cast<int>(Status::Failed);
+  }
+}
