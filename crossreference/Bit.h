@@ -40,13 +40,15 @@ class XRF_API BitRef {
  private:
   friend class Bit;
   friend class Signal;
+  friend class RegisterTies;
   friend struct ModelState;
 
   Signal* m_signal;
   // Brought up to date when a merge is noticed, which in a finished model never happens.
   mutable Bit* m_bit = nullptr;
   std::uint32_t m_index;
-  bool m_member = false;  // in some bit's set
+  bool m_member = false;    // in some bit's set
+  bool m_register = false;  // the signal's index is a register of the design
 };
 
 /// One physical bit: a storage element or constant that signal indices resolve to.

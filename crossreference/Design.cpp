@@ -21,13 +21,6 @@ std::shared_ptr<ModelState> locked(const std::weak_ptr<ModelState>& model) {
 DesignUse::DesignUse(const std::weak_ptr<ModelState>& model)
     : m_model(locked(model)), m_scope(*m_model) {}
 
-std::string normalised(std::string name) {
-  for (char& byte : name) {
-    if (byte == '[' || byte == ']' || byte == '.' || byte == '$') byte = '_';
-  }
-  return name;
-}
-
 Bit* firstBit(const Signal& signal) {
   const BitRef* ref = signal.getLsb() > 0 ? nullptr : signal.getBitRef(0, true);
   return ref == nullptr ? nullptr : ref->getBit();
@@ -37,18 +30,28 @@ void keepName(std::vector<std::string>& names, std::string_view name) {
   if (names.size() < limits::reportedNames) names.emplace_back(name);
 }
 
-Design::Design() : m_state(std::make_unique<State>()) {
+Design::Design(Matching matching) : m_state(std::make_unique<State>()) {
   ModelState& model = ModelState::current();
   m_state->model = model.weak_from_this();
   // The netlist outlives the design: what it names stays in use.
   model.netlists.push_back(std::make_unique<Netlist>());
   m_state->netlist = model.netlists.back().get();
+  setMatching(matching);
 }
 
 Design::~Design() = default;
 
+void Design::setMatching(Matching matching) {
+  const DesignUse use(m_state->model);
+  if (m_state->started)
+    fatalHere("The matching of a design can't be changed after its first read.");
+  m_state->netlist->m_state->reading =
+      matching == Matching::Extended ? Reading::extended() : Reading::strict();
+}
+
 int Design::parse_rtl(std::string file) {
   const DesignUse use(m_state->model);
+  m_state->started = true;
   Netlist& netlist = *m_state->netlist;
   netlist.parse_rtl(file);
   m_state->top = netlist.getTop(RTL);
@@ -59,6 +62,7 @@ int Design::parse_rtl(std::string file) {
 
 int Design::parse_synth(std::string file) {
   const DesignUse use(m_state->model);
+  m_state->started = true;
   m_state->netlist->parse_synth(file);
   if (m_state->netlist->getTop(SYNTH) == nullptr) {
     fatalSilently("The file %s holds no design: top module not found.", file.c_str());
@@ -68,11 +72,14 @@ int Design::parse_synth(std::string file) {
 
 int Design::parse_xrf(std::string file) {
   const DesignUse use(m_state->model);
+  m_state->started = true;
   m_state->netlist->parse_xrf(file);
   m_state->top = m_state->netlist->getTop(RTL);
   m_state->loaded = true;
   return initializeBits();
 }
+
+bool Design::cleans() const { return m_state->netlist->m_state->reading.has(Rule::CleanNames); }
 
 int Design::initializeBits() {
   const DesignUse use(m_state->model);
@@ -82,6 +89,7 @@ int Design::initializeBits() {
 
 Module* Design::findModule(EdifView view, std::string name) const {
   const DesignUse use(m_state->model);
+  if (cleans()) name = cleaned(name);
   Module* module = m_state->netlist->findModule(view, name);
   return module != nullptr ? module : m_state->netlist->findModule(view, normalised(name));
 }
@@ -90,6 +98,7 @@ Module* Design::findModule(unsigned int /*id*/) const { return nullptr; }
 
 Signal* Design::findSignal(EdifView view, std::string name) const {
   const DesignUse use(m_state->model);
+  if (cleans()) name = cleaned(name);
   Signal* signal = m_state->netlist->findSignal(view, name);
   if (signal != nullptr) return signal;
   const std::size_t slash = name.rfind('/');
@@ -105,8 +114,10 @@ BitRef* Design::findBitRef(EdifView view, std::string defName, std::string signa
   const auto group = instances.find(defName);
   if (group == instances.end()) return nullptr;
   for (const Module* instance : group->second.modules) {
-    const std::string path = NameKey(*instance).compose();
-    const Signal* signal = findSignal(view, path + "/" + signalName);
+    std::string name = NameKey(*instance).compose();
+    name += '/';
+    name += signalName;
+    const Signal* signal = findSignal(view, name);
     if (signal == nullptr || index < signal->getLsb() || index > signal->getMsb()) continue;
     BitRef* ref = signal->getBitRef(index);
     if (ref != nullptr) return ref;

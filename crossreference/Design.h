@@ -10,6 +10,12 @@
 
 namespace XRF_RTL2LL {
 
+/// How the names of the netlists, the location file and the log are brought together.
+enum class Matching {
+  Strict,   ///< to the letter of netlists whose identifiers are the only names
+  Extended  ///< recovers registers of buses, scopes, arrays and flattened hierarchy, none wrongly
+};
+
 /// What became of the lines of the logic-location files read so far.
 struct LocationReport {
   std::uint64_t lines = 0;                  ///< lines that carry a location
@@ -29,6 +35,7 @@ struct LogReport {
   std::uint64_t used = 0;                   ///< recorded on a bit
   std::uint64_t skipped = 0;                ///< of a signal that has no bit 0
   std::uint64_t unmatched = 0;              ///< whose register names no signal
+  bool suppressed = false;                  ///< the tool says that it left messages out
   std::vector<std::string> unmatchedNames;  ///< registers of the first unmatched lines
 };
 
@@ -62,10 +69,13 @@ struct Coverage {
 /// design whose model was reset is a fatal error.
 class XRF_API Design {
  public:
-  Design();
+  explicit Design(Matching matching = Matching::Strict);
   ~Design();
   Design(const Design&) = delete;
   Design& operator=(const Design&) = delete;
+
+  /// Chooses how names are matched. After the first read it is a fatal error.
+  void setMatching(Matching matching);
 
   int parse_rtl(std::string file);
   int parse_synth(std::string file);
@@ -112,6 +122,7 @@ class XRF_API Design {
   friend class LogicLocationReader;
   friend class SynthesisLogReader;
   struct State;
+  bool cleans() const;
   std::unique_ptr<State> m_state;
 };
 

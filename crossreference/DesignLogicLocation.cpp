@@ -1,4 +1,7 @@
 #include <crossreference/DesignState.h>
+#include <crossreference/LocationMatch.h>
+#include <crossreference/NetlistState.h>
+#include <crossreference/RegisterCopy.h>
 #include <crossreference/Utils.h>
 #include <support/InputFile.h>
 #include <support/Report.h>
@@ -12,7 +15,8 @@ namespace XRF_RTL2LL {
 /// Records the locations that one logic-location file names.
 class LogicLocationReader {
  public:
-  LogicLocationReader(Design::State& design, const std::string& path, std::string_view text);
+  LogicLocationReader(Design::State& design, const NetlistState& netlist, const std::string& path,
+                      std::string_view text);
 
   void read();
 
@@ -21,6 +25,7 @@ class LogicLocationReader {
     std::uint32_t frame = 0;
     std::uint32_t offset = 0;
     std::uint32_t slr = 0;
+    bool hasSlr = false;
     std::string_view block;
     std::string_view latch;
     std::string_view net;
@@ -28,7 +33,9 @@ class LogicLocationReader {
   enum class Outcome { Used, SkippedLatch, SkippedIndex, Unmatched };
 
   void parse_line();
-  static bool scan(std::string_view line, Location& location);
+  bool scan(std::string_view line, Location& location) const;
+  Outcome match(const Location& location);
+  bool scanRegion(Scan& scan, Location& location) const;
   std::uint32_t slrOf(std::string_view block) const;
   Outcome record(const Location& location) const;
   Outcome record(const Location& location, Signal& signal) const;
@@ -41,6 +48,8 @@ class LogicLocationReader {
   ReadPlace m_place;
   std::string m_line;
   unsigned m_slr_size;
+  Reading m_reading;
+  LocationMatch m_match;
 };
 
 int Design::parse_ll(std::string file) {
@@ -51,12 +60,14 @@ int Design::parse_ll(std::string file) {
     fatalSilently("The logic-location file %s needs a netlist or cross-reference file read before.",
                   file.c_str());
   }
-  LogicLocationReader(*m_state, file, input.text()).read();
+  NetlistState& netlist = *m_state->netlist->m_state;
+  LogicLocationReader(*m_state, netlist, file, input.text()).read();
+  if (netlist.reading.has(Rule::RegisterCopy)) RegisterCopy(netlist).copy();
   return 0;
 }
 
-LogicLocationReader::LogicLocationReader(Design::State& design, const std::string& path,
-                                         std::string_view text)
+LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistState& netlist,
+                                         const std::string& path, std::string_view text)
     : m_design(design),
       m_netlist(*design.netlist),
       m_lines(text),
@@ -65,7 +76,9 @@ LogicLocationReader::LogicLocationReader(Design::State& design, const std::strin
                 return ReadPlace::Position{
                     static_cast<const LogicLocationReader*>(reader)->m_lines.number(), 0};
               }),
-      m_slr_size(utils::getSLRSize(m_netlist.getPart())) {}
+      m_slr_size(utils::getSLRSize(m_netlist.getPart())),
+      m_reading(netlist.reading),
+      m_match(netlist) {}
 
 void LogicLocationReader::read() {
   constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
@@ -77,6 +90,8 @@ void LogicLocationReader::read() {
     }
     parse_line();
   }
+  m_design.locations.used -= m_match.withdrawn();
+  m_design.locations.unmatched += m_match.withdrawn();
 }
 
 void LogicLocationReader::parse_line() {
@@ -93,24 +108,53 @@ void LogicLocationReader::parse_line() {
     case 'S':
       break;
     default:
+      if (m_reading.has(Rule::SkipForeignBlocks)) {
+        ++m_design.locations.skippedBlocks;
+        return;
+      }
       fatalSilently("The block %s is of a type that no register location is known for.",
                     std::string(location.block).c_str());
   }
-  location.slr = slrOf(location.block);
-  report(record(location), location.net);
+  if (!location.hasSlr) location.slr = slrOf(location.block);
+  report(m_reading.has(Rule::RawLocations) ? match(location) : record(location), location.net);
 }
 
-bool LogicLocationReader::scan(std::string_view line, Location& location) {
+bool LogicLocationReader::scan(std::string_view line, Location& location) const {
   Scan scan(line);
   std::uint32_t number = 0;
   std::uint64_t frame = 0;
-  const bool matches = scan.literal("Bit ") && scan.integer(number) && scan.literal(" 0x") &&
-                       scan.hexadecimal(frame) && scan.integer(location.offset) &&
-                       scan.literal(" Block ") && scan.word(location.block) &&
-                       scan.literal(" Latch ") && scan.word(location.latch) &&
-                       scan.literal(" Net ") && scan.word(location.net);
+  const bool matches =
+      scan.literal("Bit ") && scan.integer(number) && scan.literal(" 0x") &&
+      scan.hexadecimal(frame) && scan.integer(location.offset) && scanRegion(scan, location) &&
+      scan.literal(" Block ") && scan.word(location.block) && scan.literal(" Latch ") &&
+      scan.word(location.latch) && scan.literal(" Net ") && scan.word(location.net);
   location.frame = static_cast<std::uint32_t>(frame);
   return matches;
+}
+
+// Files of larger devices name the region of each bit in two columns of their own.
+bool LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
+  if (!m_reading.has(Rule::RegionColumns)) return true;
+  Scan columns = scan;
+  std::uint32_t name = 0;
+  location.hasSlr =
+      columns.literal(" SLR") && columns.integer(name) && columns.integer(location.slr);
+  if (location.hasSlr) scan = columns;
+  return true;
+}
+
+LogicLocationReader::Outcome LogicLocationReader::match(const Location& location) {
+  const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
+  switch (
+      m_match.record(location.net, {location.frame, location.offset, location.slr}, multiplexer)) {
+    case LocationMatch::Outcome::Used:
+      return Outcome::Used;
+    case LocationMatch::Outcome::SkippedLatch:
+      return Outcome::SkippedLatch;
+    case LocationMatch::Outcome::Unmatched:
+      break;
+  }
+  return Outcome::Unmatched;
 }
 
 // The row of a site, as in SLICE_X3Y140, tells in which super logic region it lies.

@@ -2,6 +2,7 @@
 
 #include <crossreference/Design.h>
 #include <crossreference/ModelState.h>
+#include <crossreference/Reading.h>
 
 #include <memory>
 #include <string>
@@ -13,6 +14,7 @@ struct Design::State {
   Netlist* netlist = nullptr;
   Module* top = nullptr;  // of the RTL view
   bool loaded = false;
+  bool started = false;  // a file was read, so the matching is fixed
   LocationReport locations;
   LogReport log;
 };
@@ -27,9 +29,6 @@ class DesignUse {
   std::shared_ptr<ModelState> m_model;
   StateScope m_scope;
 };
-
-/// "[", "]", "." and "$" as "_", the way implementation tools clean names.
-std::string normalised(std::string name);
 
 /// The bit at index 0, or null; a signal whose range lacks 0 has none.
 Bit* firstBit(const Signal& signal);

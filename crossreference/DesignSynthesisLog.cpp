@@ -1,4 +1,6 @@
 #include <crossreference/DesignState.h>
+#include <crossreference/LogMatch.h>
+#include <crossreference/NetlistState.h>
 #include <support/InputFile.h>
 #include <support/Report.h>
 #include <support/Scan.h>
@@ -14,10 +16,14 @@ class SynthesisLogReader {
                      std::string_view text);
 
   void read();
+  /// Completes the RTL view once all lines are read.
+  void finish();
 
  private:
+  bool match_line();
   void parse_line();
   Signal* find(const std::string& name) const;
+  bool mayMark(const Signal& signal) const;
   void mark(const Signal& signal, bool value);
 
   Design& m_design;
@@ -25,6 +31,8 @@ class SynthesisLogReader {
   LineReader m_lines;
   ReadPlace m_place;
   std::string m_line;
+  NetlistState& m_netlist;
+  LogMatch m_match;
 };
 
 int Design::parse_log(std::string file) {
@@ -35,18 +43,25 @@ int Design::parse_log_tarvona(std::string file) {
   const DesignUse use(m_state->model);
   const InputFile input(file);
   if (!input.isOpen()) fatal("Can't open file %s\n", file.c_str());
-  SynthesisLogReader(*this, *m_state, file, input.text()).read();
+  SynthesisLogReader reader(*this, *m_state, file, input.text());
+  reader.read();
   message(StandardOutput, "Parsing log file: %s complete.\n", file.c_str());
-  m_state->netlist->finalPostProcess();
+  reader.finish();
   return initializeBits();
 }
 
 SynthesisLogReader::SynthesisLogReader(Design& design, Design::State& state,
                                        const std::string& path, std::string_view text)
-    : m_design(design), m_state(state), m_lines(text), m_place(path, this, [](const void* reader) {
-        return ReadPlace::Position{static_cast<const SynthesisLogReader*>(reader)->m_lines.number(),
-                                   0};
-      }) {}
+    : m_design(design),
+      m_state(state),
+      m_lines(text),
+      m_place(path, this,
+              [](const void* reader) {
+                return ReadPlace::Position{
+                    static_cast<const SynthesisLogReader*>(reader)->m_lines.number(), 0};
+              }),
+      m_netlist(*state.netlist->m_state),
+      m_match(m_netlist) {}
 
 void SynthesisLogReader::read() {
   constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
@@ -57,8 +72,34 @@ void SynthesisLogReader::read() {
       next = m_lines.offset() + reportDistance;
     }
     // A last line that was cut short is not trusted.
-    if (m_lines.terminated()) parse_line();
+    if (m_lines.terminated() && !match_line()) parse_line();
   }
+}
+
+void SynthesisLogReader::finish() {
+  m_state.netlist->finalPostProcess();
+  std::vector<std::string> unmatched;
+  m_state.log.used += m_match.applyMerges(unmatched);
+  m_state.log.unmatched += unmatched.size();
+  for (const std::string& name : unmatched) keepName(m_state.log.unmatchedNames, name);
+}
+
+// Extended reading tries the raw names first; false leaves the line to the strict steps.
+bool SynthesisLogReader::match_line() {
+  const Reading reading = m_netlist.reading;
+  if (!reading.has(Rule::RawLog) && !reading.has(Rule::LogMerges)) return false;
+  const LogLine line = LogLine::parse(m_lines.line());
+  if (line.kind == LogLine::Suppressed) m_state.log.suppressed = true;
+  if (line.kind == LogLine::Merge && reading.has(Rule::LogMerges)) {
+    ++m_state.log.lines;
+    m_match.noteMerge(line);
+    return true;
+  }
+  if (line.kind != LogLine::Constant || !reading.has(Rule::RawLog)) return false;
+  if (!m_match.markConstant(line)) return false;
+  ++m_state.log.lines;
+  ++m_state.log.used;
+  return true;
 }
 
 void SynthesisLogReader::parse_line() {
@@ -85,7 +126,7 @@ void SynthesisLogReader::parse_line() {
   const std::string name = "/" + std::string(top == nullptr ? "" : top) + "/" +
                            std::string(element) + std::string(suffix);
   const Signal* signal = find(name);
-  if (signal != nullptr) {
+  if (signal != nullptr && mayMark(*signal)) {
     mark(*signal, constant != 0);
     return;
   }
@@ -97,9 +138,18 @@ void SynthesisLogReader::parse_line() {
 Signal* SynthesisLogReader::find(const std::string& name) const {
   Signal* signal = m_state.netlist->findSignal(RTL, name);
   const std::size_t slash = name.rfind('/');
-  if (signal != nullptr || slash == std::string::npos) return signal;
+  // Shortening the path may hit another register of the parent; wrong is worse than missing.
+  const bool shortens = !m_netlist.reading.has(Rule::RawLog);
+  if (signal != nullptr || slash == std::string::npos || !shortens) return signal;
   const std::string path = m_design.getValidModulePath(RTL, name.substr(0, slash));
   return m_state.netlist->findSignal(RTL, path + name.substr(slash));
+}
+
+// In extended reading only a register that has no place in the device can be a constant.
+bool SynthesisLogReader::mayMark(const Signal& signal) const {
+  const Bit* bit = firstBit(signal);
+  return !m_netlist.reading.has(Rule::RawLog) || bit == nullptr ||
+         (bit->isSrc() && bit->getKind() != Bit::STATE);
 }
 
 void SynthesisLogReader::mark(const Signal& signal, bool value) {

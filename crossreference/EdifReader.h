@@ -2,6 +2,7 @@
 
 #include <crossreference/EdifLexer.h>
 #include <crossreference/NetlistState.h>
+#include <crossreference/RegisterTies.h>
 
 #include <string>
 #include <unordered_map>
@@ -46,6 +47,14 @@ class EdifReader {
     bool open = false;  // an instance of it is being read
   };
 
+  // What waits for the end of the module it belongs to.
+  struct Deferred {
+    Module* parent;
+    Module* instance;
+    std::uint32_t alias;  // the name of an alias of the instance's output, or 0
+    NamedBits name;       // the place of a replica
+  };
+
   // A port or a member of one, before it is known in which module it lies.
   struct PortName {
     ExprResult label;
@@ -86,10 +95,16 @@ class EdifReader {
   void elaborate_cell(std::uint32_t cell);
   void elaborate_body(CellRecord& record);
   Module* push_module(const ExprResult& name);
+  void tie_instance(Module& instance, const ExprResult& name);
   void tie_register(Module& instance, const ExprResult& name);
   void tie_wide_register(Module& instance, const ExprResult& name);
   ExprResult createRegBit(std::uint32_t instance);
+  void tie_printable(Module& instance, const ExprResult& name);
+  void make_alias(std::uint32_t name, Signal* output);
+  void finish_module();
   void add_net(const ExprResult& name, BitRef& joined);
+  void add_printable_net(const ExprResult& name, BitRef& joined);
+  void merge_bit_port(const ExprResult& name, Signal& port);
   Signal* widen(std::uint32_t code, std::uint32_t index);
   void apply_property(std::uint32_t property, const std::string& text);
 
@@ -99,8 +114,11 @@ class EdifReader {
 
   std::uint32_t take();
   std::uint32_t require_label(const ExprResult& expr, const char* form) const;
+  const std::string* printable(std::uint32_t code) const;
   Module& front() const;
-  Signal* add_signal(std::uint32_t name, std::uint32_t lsb, std::uint32_t msb, std::uint32_t id);
+  Signal* add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
+                     std::uint32_t id);
+  void hide_added(Signal& signal, const std::string& name) const;
   void count_objects(std::uint64_t count);
   ReadPlace::Position position() const;
 
@@ -110,6 +128,9 @@ class EdifReader {
   EdifTokens m_tokens;
   ReadPlace m_place;
   std::unordered_map<std::uint32_t, CellRecord> m_cells;
+  std::unordered_map<const Signal*, PortRange> m_ranges;  // of port arrays, as declared
+  std::vector<Deferred> m_deferred;
+  RegisterTies m_ties;
   std::vector<Module*> m_modules;  // being read, the current one last
   std::size_t m_cursor = 0;
   std::uint32_t m_library = 0;

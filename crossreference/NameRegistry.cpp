@@ -15,6 +15,9 @@ std::string_view view(const std::string* text) {
 
 NameKey::NameKey(const Module& module) : pieces{view(module.m_path), "/", view(module.m_name)} {}
 
+NameKey::NameKey(const Module& module, std::string_view signal)
+    : pieces{view(module.m_path), "/", view(module.m_name), "/", signal} {}
+
 NameKey::NameKey(const Signal& signal) {
   const Module& module = *signal.m_module;
   pieces = {view(module.pathOf(signal)), "/", view(module.m_name), "/", view(signal.m_name)};

@@ -18,6 +18,8 @@ struct NameKey {
   /// The module's path, "/" and its name; for a signal its full name.
   explicit NameKey(const Module& module);
   explicit NameKey(const Signal& signal);
+  /// A signal of a module by its local name.
+  NameKey(const Module& module, std::string_view signal);
 
   std::uint32_t hash() const;
   /// Byte order of the composed names: negative, zero or positive.

@@ -89,6 +89,14 @@ Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string
   return signal;
 }
 
+unsigned int NetlistState::freeNumber(const Module& module, std::string_view name) const {
+  std::string word(name);
+  unsigned int number = tokens->getCode(word);
+  // No name ends in a blank, so what such words number is never asked for by a netlist.
+  while (module.getSignal(number, true) != nullptr) number = tokens->getCode(word += ' ');
+  return number;
+}
+
 Module* Netlist::findModule(EdifView view, std::string name) const {
   return find(m_state->modules, view, name);
 }

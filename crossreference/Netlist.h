@@ -115,6 +115,8 @@ class XRF_API Netlist {
  private:
   friend class Design;
   friend class InstanceRange;
+  friend class LogicLocationReader;
+  friend class SynthesisLogReader;
   std::unique_ptr<NetlistState> m_state;
 };
 

@@ -34,9 +34,10 @@ EdifReader::EdifReader(Netlist& netlist, NetlistState& state, EdifView view,
       m_state(state),
       m_view(view),
       m_tokens(text, *state.tokens),
-      m_place(path, this, [](const void* reader) {
-        return static_cast<const EdifReader*>(reader)->position();
-      }) {}
+      m_place(
+          path, this,
+          [](const void* reader) { return static_cast<const EdifReader*>(reader)->position(); }),
+      m_ties(state, view) {}
 
 ReadPlace::Position EdifReader::position() const {
   return m_lexing ? m_tokens.lexedPosition() : m_tokens.position(m_cursor == 0 ? 0 : m_cursor - 1);
@@ -78,12 +79,18 @@ void EdifReader::count_objects(std::uint64_t count) {
   }
 }
 
-Signal* EdifReader::add_signal(std::uint32_t name, std::uint32_t lsb, std::uint32_t msb,
+Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
                                std::uint32_t id) {
   const std::uint32_t before = Bit::getNextId();
-  Signal* signal = m_state.addSignal(m_view, &front(), m_state.word(name), lsb, msb, id);
+  Signal* signal = m_state.addSignal(m_view, &front(), name, lsb, msb, id);
   count_objects(std::uint64_t{1} + (Bit::getNextId() - before));
   return signal;
+}
+
+const std::string* EdifReader::printable(std::uint32_t code) const {
+  const std::string* word = m_state.word(code);
+  if (!m_state.reading.has(Rule::CleanNames)) return word;
+  return m_state.model.names.intern(std::string_view(cleaned(*word)));
 }
 
 EdifReader::ExprResult EdifReader::parse_expr() {
@@ -189,15 +196,26 @@ EdifReader::ExprResult EdifReader::parse_text() {
 }
 
 EdifReader::ExprResult EdifReader::parse_array() {
-  const std::uint32_t name = require_label(parse_expr(), "array");
+  const ExprResult name = parse_expr();
+  require_label(name, "array");
   const std::int64_t width = parse_number().number;
   if (width < 1 || width > limits::signalWidth) {
-    fatalHere("The array %s has a width of %lld; 1 to %u is possible.", m_state.word(name)->c_str(),
-              static_cast<long long>(width), limits::signalWidth);
+    fatalHere("The array %s has a width of %lld; 1 to %u is possible.",
+              m_state.word(name.first)->c_str(), static_cast<long long>(width),
+              limits::signalWidth);
   }
   skip_body();
   ExprResult result{EXPR_SIGNAL};
-  result.signal = add_signal(name, 0, static_cast<std::uint32_t>(width) - 1, name);
+  const auto bits = static_cast<std::uint32_t>(width);
+  if (!m_state.reading.has(Rule::PrintableArrays)) {
+    result.signal = add_signal(m_state.word(name.first), 0, bits - 1, name.first);
+    return result;
+  }
+  const PortRange range = decodeArray(*printable(name.second), bits);
+  result.signal =
+      add_signal(m_state.model.names.intern(std::string_view(range.signal)),
+                 std::min(range.left, range.right), std::max(range.left, range.right), name.first);
+  m_ranges[result.signal] = range;
   return result;
 }
 
@@ -254,7 +272,7 @@ EdifReader::ExprResult EdifReader::parse_design() {
   const ExprResult name = parse_expr();
   m_state.top.at(m_view) = push_module(name);
   parse_body();
-  m_modules.pop_back();
+  finish_module();
   return {};
 }
 
@@ -262,9 +280,8 @@ EdifReader::ExprResult EdifReader::parse_instance() {
   const ExprResult name = parse_expr();
   Module* instance = push_module(name);
   parse_body();
-  m_modules.pop_back();
-  if (instance->getKind() == WIDE_FD) tie_wide_register(*instance, name);
-  if (instance->getKind() == REG) tie_register(*instance, name);
+  finish_module();
+  tie_instance(*instance, name);
   return {};
 }
 
@@ -276,7 +293,7 @@ Module* EdifReader::push_module(const ExprResult& name) {
     fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
   }
   count_objects(1);
-  auto* module = new Module(m_state.word(name.second), m_state.model.names.empty(), name.first);
+  auto* module = new Module(printable(name.second), m_state.model.names.empty(), name.first);
   front().addChild(module);
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
@@ -360,9 +377,14 @@ EdifReader::PortName EdifReader::parse_port_name() {
 BitRef* EdifReader::member_ref(const Module& module, const PortName& name) const {
   const Signal* signal = module.getSignal(name.label.first, true);
   if (signal == nullptr) return nullptr;
-  const auto index =
-      static_cast<std::uint32_t>(static_cast<std::int64_t>(signal->getMsb()) - name.member);
-  return signal->getBitRef(index, true);
+  std::int64_t index = static_cast<std::int64_t>(signal->getMsb()) - name.member;
+  const auto declared = m_ranges.find(signal);
+  if (declared != m_ranges.end()) {
+    const PortRange& range = declared->second;
+    index = range.left >= range.right ? std::int64_t{range.left} - name.member
+                                      : std::int64_t{range.left} + name.member;
+  }
+  return signal->getBitRef(static_cast<std::uint32_t>(index), true);
 }
 
 BitRef* EdifReader::port_ref(const Module& module, const PortName& name) const {
@@ -403,45 +425,92 @@ EdifReader::ExprResult EdifReader::parse_net() {
 
 void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
   if (name.kind != EXPR_LABEL) fatal("ERROR: Net name is not a LBL\n.");
+  if (m_state.reading.has(Rule::PrintableRegisters)) {
+    add_printable_net(name, joined);
+    return;
+  }
   if (front().getSignal(name.first, true) != nullptr) return;
   if (name.first == token::Const0 || name.first == token::Const1) return;
-  const std::string& printable = *m_state.word(name.second);
-  const BusBit bit = BusBit::ofName(printable);
+  const std::string& text = *m_state.word(name.second);
+  const BusBit bit = BusBit::ofName(text);
   if (bit.valid) {
     const Signal* bus = widen(m_state.tokens->getCode(bit.base), bit.index);
     bus->getBitRef(bit.index)->merge(&joined);
     return;
   }
-  Signal* signal = add_signal(name.second, 0, 0, name.first);
-  const bool added = utils::isAddedQuellonNetName(m_state.family, printable.c_str());
-  signal->setHidden(added || printable.find_first_of("$.[") != std::string::npos);
+  Signal* signal = add_signal(&text, 0, 0, name.first);
+  hide_added(*signal, text);
+  signal->getBitRef(0)->merge(&joined);
+}
+
+void EdifReader::hide_added(Signal& signal, const std::string& name) const {
+  const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
+  signal.setHidden(added || name.find_first_of("$.[") != std::string::npos);
+}
+
+void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
+  Module& module = front();
+  const Signal* known = module.getSignal(name.first, true);
+  // A port's net is the port; anything else under this number has another name.
+  if (known != nullptr && known->m_port) return;
+  if (name.first == token::Const0 || name.first == token::Const1) return;
+  const std::string* text = printable(name.second);
+  const NamedBits bit = decodeBit(*text);
+  if (bit.valid) {
+    const Signal* bus = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb);
+    bus->getBitRef(bit.lsb)->merge(&joined);
+    return;
+  }
+  Signal* same = m_state.findByName(m_view, module, *text);
+  if (same != nullptr) {
+    // A register or port of the name; a bus of it is something else and keeps the name.
+    if (same->getLsb() == 0 && same->getMsb() == 0) same->getBitRef(0)->merge(&joined);
+    return;
+  }
+  const unsigned number = known == nullptr ? name.first : m_state.freeNumber(module, *text);
+  Signal* signal = add_signal(text, 0, 0, number);
+  hide_added(*signal, *text);
   signal->getBitRef(0)->merge(&joined);
 }
 
 // Makes the bus of a bit, or widens it to hold the bit's index.
 Signal* EdifReader::widen(std::uint32_t code, std::uint32_t index) {
   const Signal* bus = front().getSignal(code, true);
-  if (bus == nullptr) return add_signal(code, index, index, code);
-  return index < bus->getLsb() ? add_signal(code, index, bus->getMsb(), code)
-                               : add_signal(code, bus->getLsb(), index, code);
+  const std::string* name = m_state.word(code);
+  if (bus == nullptr) return add_signal(name, index, index, code);
+  return index < bus->getLsb() ? add_signal(name, index, bus->getMsb(), code)
+                               : add_signal(name, bus->getLsb(), index, code);
 }
 
 EdifReader::ExprResult EdifReader::parse_port() {
   ExprResult port = parse_expr();
   if (port.kind == EXPR_END) return {};
   if (port.kind == EXPR_LABEL) {
-    port.signal = add_signal(port.first, 0, 0, port.first);
-    const BusBit bit = BusBit::ofName(*m_state.word(port.second));
-    if (port.first != port.second && bit.valid) {
-      widen(m_state.tokens->getCode(bit.base), bit.index)->merge(port.signal, bit.index, 0);
-    }
+    const bool named = m_state.reading.has(Rule::PrintablePorts);
+    port.signal =
+        add_signal(named ? printable(port.second) : m_state.word(port.first), 0, 0, port.first);
+    if (port.first != port.second) merge_bit_port(port, *port.signal);
   }
+  if (port.signal != nullptr) port.signal->m_port = true;
   for (ExprResult item = parse_expr(); item.kind != EXPR_END; item = parse_expr()) {
     if (port.signal == nullptr) continue;
     if (item.direction == token::Input) port.signal->setKind(IN);
     if (item.direction == token::Output) port.signal->setKind(OUT);
   }
   return port;
+}
+
+// A port that is one bit of a bus by its printable name is that bit.
+void EdifReader::merge_bit_port(const ExprResult& name, Signal& port) {
+  if (m_state.reading.has(Rule::PrintableRegisters)) {
+    const NamedBits bit = decodeBit(*printable(name.second));
+    if (!bit.valid) return;
+    m_ties.widen(front(), bit.signal, bit.lsb, bit.lsb)->merge(&port, bit.lsb, 0);
+    return;
+  }
+  const BusBit bit = BusBit::ofName(*m_state.word(name.second));
+  if (!bit.valid) return;
+  widen(m_state.tokens->getCode(bit.base), bit.index)->merge(&port, bit.index, 0);
 }
 
 EdifReader::ExprResult EdifReader::parse_program() {

@@ -1,5 +1,6 @@
 #include <crossreference/NetGrouping.h>
 #include <crossreference/NetlistState.h>
+#include <crossreference/RegisterCopy.h>
 #include <support/Report.h>
 
 #include <algorithm>
@@ -107,6 +108,12 @@ void Netlist::postProcess(EdifView view) {
 
 void Netlist::finalPostProcess() {
   const StateScope scope(m_state->model);
+  if (m_state->reading.has(Rule::RegisterCopy)) {
+    RegisterCopy registers(*m_state);
+    registers.copy();
+    registers.markUnread();
+    return;
+  }
   const NameRegistry<Signal>& synthesized = m_state->signals[SYNTH];
   // One RTL bit may have several names, and the first name in byte order decides what it becomes.
   std::vector<Signal*> affected;

@@ -3,6 +3,7 @@
 #include <crossreference/ModelState.h>
 #include <crossreference/NameRegistry.h>
 #include <crossreference/Netlist.h>
+#include <crossreference/Reading.h>
 
 #include <array>
 #include <map>
@@ -30,6 +31,7 @@ struct NetlistState {
   std::array<Module*, 2> top{};
   Family family = FAMILY_NONE;
   Part part = PART_NONE;
+  Reading reading = Reading::strict();
   std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
 
   const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
@@ -37,6 +39,13 @@ struct NetlistState {
   Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
                     unsigned int msb, unsigned int id);
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
+  /// The signal of a module by its local name, or null.
+  Signal* findByName(EdifView view, const Module& module, std::string_view name) const {
+    return signals.at(view).find(NameKey(module, name));
+  }
+  /// A number for a signal of a name: the code of the name, unless something else of the module has
+  /// it.
+  unsigned int freeNumber(const Module& module, std::string_view name) const;
 };
 
 /// How strict reading takes the bit of a bus from a name: `base[index]`, an index being a whole

@@ -1,4 +1,5 @@
 #include <crossreference/NetlistState.h>
+#include <crossreference/RegisterTies.h>
 #include <crossreference/Utils.h>
 #include <support/InputFile.h>
 #include <support/Limits.h>
@@ -38,11 +39,12 @@ class XrfReader {
 
   static SignalFields scanSignal(std::string_view line);
   void linkBits(Signal& signal, std::string_view numbers);
-  void closeModules(std::string_view line);
+  void closeModules(std::ptrdiff_t count);
   void declareBits(std::uint32_t count);
   void declareNets(std::uint32_t count);
   void checkDeclared(std::uint32_t count, const char* what) const;
   Module& front() const;
+  void recallRegisters();
   void finish();
 
   Netlist& m_netlist;
@@ -51,6 +53,7 @@ class XrfReader {
   ReadPlace m_place;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
+  std::uint32_t m_highest_bit = 0;
   std::vector<Bit*> m_bits;
   std::vector<Net*> m_nets;
   std::vector<Module*> m_modules;  // the open ones, the view's root first
@@ -106,6 +109,28 @@ void XrfReader::finish() {
     root->updateVisibleSignals(true);
   }
   for (Net* net : m_nets) net->getSignals();
+  if (m_state.reading.has(Rule::DeclareLoadedBits) && m_highest_bit > Bit::getMaxBitId()) {
+    Bit::setMaxBitId(m_highest_bit);
+  }
+  if (m_state.reading.has(Rule::LoadedRegisters)) recallRegisters();
+}
+
+// What a cell is and which register it implements is not stored; their names tell again.
+void XrfReader::recallRegisters() {
+  for (const EdifView view : {RTL, SYNTH}) {
+    RegisterTies ties(m_state, view);
+    m_state.modules[view].each([&](Module* module) {
+      const char* cell = module->getDefName();
+      if (cell == nullptr || module->getParent() == nullptr) return;
+      const unsigned lutMode = view == RTL ? 2 : 0;
+      module->setKind(m_state.kindOf(m_state.tokens->getCode(cell), lutMode));
+      if (!RegisterTies::isRegister(m_state, *module)) return;
+      Signal* output = RegisterTies::outputOf(*module);
+      if (output != nullptr) output->setSrcState();
+      const NamedBits name = decodeRegister(module->getName());
+      if (name.valid) ties.recall(*module->getParent(), *module, name);
+    });
+  }
 }
 
 void XrfReader::parse_line(std::string_view line) {
@@ -140,6 +165,7 @@ bool XrfReader::parse_bit(std::string_view line) {
     bit->setStateLoc(location[0], location[1], fields == 6 ? location[2] : 0);
   }
   m_bits[id] = bit;
+  m_highest_bit = std::max(m_highest_bit, id);
   return true;
 }
 
@@ -184,7 +210,8 @@ bool XrfReader::parse_signal(std::string_view line) {
   linkBits(*signal, fields.bits);
   if (fields.visibility[0] == 'H') signal->setHidden(true);
   m_nets[fields.net]->addSignal(signal);
-  closeModules(line);
+  // The first parenthesis closes the record itself.
+  closeModules(std::count(line.begin(), line.end(), ')') - 1);
   return true;
 }
 
@@ -211,9 +238,8 @@ void XrfReader::linkBits(Signal& signal, std::string_view numbers) {
   }
 }
 
-void XrfReader::closeModules(std::string_view line) {
-  const auto parentheses = std::count(line.begin(), line.end(), ')');
-  for (auto closed = parentheses; closed > 1; --closed) {
+void XrfReader::closeModules(std::ptrdiff_t count) {
+  for (; count > 0; --count) {
     if (m_modules.empty()) fatalHere("More modules are closed than are open.");
     m_modules.pop_back();
   }
@@ -245,6 +271,10 @@ bool XrfReader::parse_module(std::string_view line) {
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
   if (visibility.front() == 'H') module->setHidden();
+  if (m_state.reading.has(Rule::ClosingModules)) {
+    // A module without anything to list closes on its own line, and may close its parents with it.
+    closeModules(std::count(line.begin(), line.end(), ')'));
+  }
   return true;
 }
 

@@ -43,6 +43,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
   m_kind = WIRE;
   m_hidden = false;
   m_src_state = false;
+  m_port = false;
   m_earlier_path = false;
   enter(model, noBits);
 }

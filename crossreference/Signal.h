@@ -97,6 +97,8 @@ class XRF_API Signal {
   friend class Netlist;
   friend struct NetlistState;
   friend class NetGrouping;
+  friend class EdifReader;
+  friend class RegisterTies;
   friend struct ModelState;
   template <class T>
   friend class Range;
@@ -133,6 +135,7 @@ class XRF_API Signal {
   signalKind m_kind : 8;
   bool m_hidden : 1;
   bool m_src_state : 1;
+  bool m_port : 1;
   bool m_earlier_path : 1;  // its module got another path after the signal was made
 };
 

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <crossreference/NetlistState.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace XRF_RTL2LL {
+
+/// Where a state element lives.
+struct StateLocation {
+  std::uint32_t frame = 0;
+  std::uint32_t offset = 0;
+  std::uint32_t slr = 0;
+
+  bool operator==(const StateLocation& other) const {
+    return frame == other.frame && offset == other.offset && slr == other.slr;
+  }
+};
+
+/// Finds the register bits that the lines of one location file speak of, as extended reading does
+/// it. A wrong location is worse than none, so where two lines disagree about a bit neither counts.
+class LocationMatch {
+ public:
+  enum class Outcome { Used, SkippedLatch, Unmatched };
+
+  explicit LocationMatch(const NetlistState& state) : m_state(state) {}
+
+  /// Records a line. `multiplexer` says that the latch taps what leaves the slice, which is a
+  /// register only where a register drives the net.
+  Outcome record(std::string_view net, const StateLocation& location, bool multiplexer);
+  /// Lines counted as used before another line overruled or contradicted them.
+  std::uint64_t withdrawn() const { return m_withdrawn; }
+
+ private:
+  // How sure a bit's location is.
+  struct Claim {
+    StateLocation location;
+    bool faithful;  // found under the name as it stands
+    bool multiplexer;
+    bool disputed;
+    std::uint64_t lines;
+  };
+  struct Match {
+    Bit* bit = nullptr;
+    bool faithful = false;
+    bool foundOther = false;  // a net of the name is there, but no register drives it
+  };
+
+  Match find(std::string_view net) const;
+  Match find(std::string_view net, EdifView view) const;
+  Outcome claim(Bit& bit, const Claim& claim);
+
+  const NetlistState& m_state;
+  std::unordered_map<const Bit*, Claim> m_claims;
+  std::uint64_t m_withdrawn = 0;
+};
+
+}  // namespace XRF_RTL2LL

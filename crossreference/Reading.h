@@ -1,0 +1,89 @@
+#pragma once
+
+#include <crossreference/Module.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The decisions in which extended reading differs from strict reading, as functions of names
+/// alone.
+namespace XRF_RTL2LL {
+
+/// What extended reading does beyond or instead of strict reading, one bit each.
+enum class Rule : std::uint32_t {
+  PrintableRegisters = 1U << 0,  ///< registers and bit nets are decoded from printable names
+  LateAliases = 1U << 1,         ///< the alias named like a register is made last, if at all
+  PrintableArrays = 1U << 2,  ///< port arrays take name, range and direction from printable names
+  PrintablePorts = 1U << 3,   ///< scalar ports are named by their printable names
+  CleanNames = 1U << 4,       ///< what the file format cannot carry becomes "_" in names
+  RawLocations = 1U << 5,     ///< locations are resolved by raw names, at the register
+  RegisterCopy = 1U << 6,     ///< the final copy goes by register identity
+  RawLog = 1U << 7,           ///< log names are resolved by raw names
+  LoadedRegisters = 1U << 8,  ///< registers of a loaded model are worked out again
+  RegionColumns = 1U << 9,    ///< location lines may carry a region
+  LogMerges = 1U << 10,       ///< merged registers share their survivor's bits
+  StateCells = 1U << 11,      ///< latches and falling-edge cells count as registers
+  SkipForeignBlocks = 1U << 12,  ///< blocks without registers are skipped
+  UnreadIsOpen = 1U << 13,       ///< an unread bit takes what arrives later
+  ClosingModules = 1U << 14,     ///< a module line of a cross-reference file may close itself
+  DeclareLoadedBits = 1U << 15   ///< loading declares the highest bit id
+};
+
+/// The rules in force; none for strict reading.
+class Reading {
+ public:
+  static Reading strict() { return Reading(0); }
+  static Reading extended() { return Reading(0xffff); }
+
+  bool has(Rule rule) const { return (m_rules & static_cast<std::uint32_t>(rule)) != 0; }
+  Reading without(Rule rule) const { return Reading(m_rules & ~static_cast<std::uint32_t>(rule)); }
+
+ private:
+  explicit Reading(std::uint32_t rules) : m_rules(rules) {}
+  std::uint32_t m_rules;
+};
+
+/// Part of a signal, as a printable name writes it: indices lsb to msb of the signal of a model
+/// name. `mem[3][5]` is index 5 of `mem<3>`, `r[tag][valid]` index 0 of `r<tag><valid>`.
+struct NamedBits {
+  std::string signal;
+  std::uint32_t lsb = 0;
+  std::uint32_t msb = 0;
+  bool ranged = false;   ///< the name ends in a range, as in q[7:4]
+  bool replica = false;  ///< of a register: a copy that synthesis made
+  bool valid = false;
+};
+
+/// The register that an instance implements: `_reg`, then nothing but bracket groups.
+NamedBits decodeRegister(std::string_view instance);
+
+/// The bus bit that a net's or bit port's name ends in; not valid for a name without an index.
+NamedBits decodeBit(std::string_view name);
+
+/// Name and declared range of a port array.
+struct PortRange {
+  std::string signal;
+  std::uint32_t left = 0;
+  std::uint32_t right = 0;
+};
+PortRange decodeArray(std::string_view name, std::uint32_t width);
+
+/// The name with everything that the file format cannot carry as "_".
+std::string cleaned(std::string_view name);
+
+/// Whether a cell outside the table of primitives holds state.
+bool holdsState(std::string_view cell);
+
+/// "[", "]", "." and "$" as "_", the way implementation tools clean names.
+std::string normalised(std::string name);
+
+/// The full names under which a net, given below the top, may be registered in a view, most
+/// faithful first. Each stands for the bit `bits` names in the signal of that full name.
+std::vector<NamedBits> netCandidates(std::string_view top, std::string_view net);
+
+/// The same for a register that a log names.
+std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance);
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,160 @@
+#include <crossreference/RegisterCopy.h>
+#include <crossreference/RegisterTies.h>
+
+#include <algorithm>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+bool isTied(const BitRef* ref) { return ref != nullptr && RegisterTies::isTied(*ref); }
+
+bool holdsRegisters(const Signal& signal) {
+  for (std::uint64_t index = signal.getLsb(); index <= signal.getMsb(); ++index) {
+    if (isTied(signal.getBitRef(static_cast<std::uint32_t>(index), true))) return true;
+  }
+  return false;
+}
+
+// Calls `visit` with the references of both signals at each index that both have.
+template <class Visit>
+void eachCommon(const Signal& a, const Signal& b, Visit visit) {
+  const std::uint64_t last = std::min(a.getMsb(), b.getMsb());
+  for (std::uint64_t index = std::max(a.getLsb(), b.getLsb()); index <= last; ++index) {
+    const BitRef* refA = a.getBitRef(static_cast<std::uint32_t>(index), true);
+    const BitRef* refB = b.getBitRef(static_cast<std::uint32_t>(index), true);
+    if (refA != nullptr && refB != nullptr) visit(*refA, *refB);
+  }
+}
+
+bool isKnown(const Bit& bit) { return bit.getKind() == Bit::STATE || bit.getKind() == Bit::CNST; }
+
+void take(Bit& to, const Bit& from) {
+  to.setStateLoc(from.getStateLoc1(), from.getStateLoc2(), from.getStateLoc3());
+  to.setKind(from.getKind());
+  to.setValue(from.getValue());
+  to.setValueStr("z");
+}
+
+std::string flattened(std::string name) {
+  std::replace(name.begin(), name.end(), '/', '_');
+  return normalised(std::move(name));
+}
+
+void sortByName(std::vector<Signal*>& signals) {
+  std::sort(signals.begin(), signals.end(), [](const Signal* a, const Signal* b) {
+    return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
+  });
+}
+
+}  // namespace
+
+RegisterCopy::RegisterCopy(NetlistState& state) : m_state(state) {
+  m_state.signals[RTL].each([&](Signal* signal) {
+    if (holdsRegisters(*signal)) m_registers.push_back(signal);
+  });
+  sortByName(m_registers);
+  matchFlattened();
+}
+
+std::string RegisterCopy::belowTop(const Signal& signal, EdifView view) const {
+  const Module* top = m_state.top.at(view);
+  const std::string name = signal.getFullName();
+  const std::string prefix = top == nullptr ? "/" : NameKey(*top).compose() + "/";
+  return name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
+}
+
+Signal* RegisterCopy::namesake(const Signal& rtl) const {
+  const Module* rtlTop = m_state.top[RTL];
+  const Module* synthTop = m_state.top[SYNTH];
+  if (rtlTop == nullptr || synthTop == nullptr) return nullptr;
+  const NameKey topName(*synthTop);
+  if (NameKey::compare(NameKey(*rtlTop), topName) == 0) {
+    return m_state.signals[SYNTH].find(NameKey(rtl));
+  }
+  return m_state.signals[SYNTH].find(topName.compose() + "/" + belowTop(rtl, RTL));
+}
+
+// Where the hierarchy was flattened with "_", a register is found by its name with all levels
+// joined, if that can mean only one register on either side.
+void RegisterCopy::matchFlattened() {
+  std::unordered_map<std::string, std::vector<Signal*>> missing;
+  std::unordered_map<const Signal*, bool> taken;
+  for (Signal* rtl : m_registers) {
+    Signal* same = namesake(*rtl);
+    if (same != nullptr && holdsRegisters(*same)) {
+      taken[same] = true;
+    } else {
+      missing[flattened(belowTop(*rtl, RTL))].push_back(rtl);
+    }
+  }
+  if (missing.empty()) return;
+  std::unordered_map<std::string, std::vector<Signal*>> left;
+  m_state.signals[SYNTH].each([&](Signal* synth) {
+    if (taken.count(synth) != 0 || !holdsRegisters(*synth)) return;
+    left[flattened(belowTop(*synth, SYNTH))].push_back(synth);
+  });
+  for (const auto& [name, signals] : missing) {
+    const auto found = left.find(name);
+    if (found == left.end() || signals.size() != 1 || found->second.size() != 1) continue;
+    m_flattened[signals.front()] = found->second.front();
+  }
+}
+
+Signal* RegisterCopy::twin(const Signal& rtl) const {
+  const auto found = m_flattened.find(&rtl);
+  return found != m_flattened.end() ? found->second : namesake(rtl);
+}
+
+void RegisterCopy::copy() {
+  const auto isOpen = [&](const Bit& bit) {
+    return bit.getKind() == Bit::UNKNOWN ||
+           (bit.getKind() == Bit::UNREAD && m_state.reading.has(Rule::UnreadIsOpen));
+  };
+  for (const Signal* rtl : m_registers) {
+    const Signal* synth = twin(*rtl);
+    if (synth == nullptr) continue;
+    eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
+      if (!isTied(&to) || !isTied(&from)) return;
+      if (isOpen(*to.getBit()) && isKnown(*from.getBit())) take(*to.getBit(), *from.getBit());
+    });
+  }
+  std::vector<Signal*> named;
+  const auto takes = [&](const BitRef& to, const BitRef& from) {
+    return !to.getBit()->isSrc() && isOpen(*to.getBit()) && isKnown(*from.getBit());
+  };
+  m_state.signals[RTL].each([&](Signal* rtl) {
+    const Signal* synth = namesake(*rtl);
+    if (synth == nullptr) return;
+    bool any = false;
+    eachCommon(*rtl, *synth,
+               [&](const BitRef& to, const BitRef& from) { any = any || takes(to, from); });
+    if (any) named.push_back(rtl);
+  });
+  // One bit may have several names, and the first in byte order decides.
+  sortByName(named);
+  for (const Signal* rtl : named) {
+    eachCommon(*rtl, *namesake(*rtl), [&](const BitRef& to, const BitRef& from) {
+      if (takes(to, from)) take(*to.getBit(), *from.getBit());
+    });
+  }
+}
+
+void RegisterCopy::markUnread() {
+  for (const Signal* rtl : m_registers) {
+    const Signal* synth = twin(*rtl);
+    for (std::uint64_t at = rtl->getLsb(); at <= rtl->getMsb(); ++at) {
+      const auto index = static_cast<std::uint32_t>(at);
+      const BitRef* ref = rtl->getBitRef(index, true);
+      if (!isTied(ref) || ref->getBit()->getKind() != Bit::UNKNOWN) continue;
+      const bool both = synth != nullptr && index >= synth->getLsb() && index <= synth->getMsb() &&
+                        isTied(synth->getBitRef(index, true));
+      if (both) continue;
+      ref->getBit()->setKind(Bit::UNREAD);
+      ref->getBit()->setValue(false);
+      ref->getBit()->setValueStr("z");
+    }
+  }
+}
+
+}  // namespace XRF_RTL2LL

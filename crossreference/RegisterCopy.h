@@ -1,0 +1,34 @@
+#pragma once
+
+#include <crossreference/NetlistState.h>
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// The final copy of extended reading: what the synthesized view knows of a register goes to the
+/// RTL bit of the same register, wherever the hierarchy was flattened, and only then do other names
+/// count.
+class RegisterCopy {
+ public:
+  explicit RegisterCopy(NetlistState& state);
+
+  /// Registers first, then equally named signals, but never onto another register's bit.
+  void copy();
+  /// Marks the RTL registers that the synthesized view does not have.
+  void markUnread();
+
+ private:
+  void matchFlattened();
+  Signal* namesake(const Signal& rtl) const;
+  Signal* twin(const Signal& rtl) const;
+  std::string belowTop(const Signal& signal, EdifView view) const;
+
+  NetlistState& m_state;
+  std::vector<Signal*> m_registers;  // RTL signals that hold registers, in name order
+  std::unordered_map<const Signal*, Signal*> m_flattened;
+};
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,74 @@
+#include <crossreference/RegisterTies.h>
+
+namespace XRF_RTL2LL {
+
+bool RegisterTies::isRegister(const NetlistState& state, const Module& module) {
+  if (module.getKind() == REG || module.getKind() == WIDE_FD) return true;
+  const char* cell = module.getDefName();
+  return state.reading.has(Rule::StateCells) && cell != nullptr && holdsState(cell) &&
+         module.getChildren(false).empty();
+}
+
+Signal* RegisterTies::outputOf(const Module& instance) {
+  Signal* output = instance.getSignal(token::UpperQ, true);
+  return output != nullptr ? output : instance.getSignal(token::LowerQ, true);
+}
+
+Signal* RegisterTies::widen(Module& parent, const std::string& name, std::uint32_t lsb,
+                            std::uint32_t msb) {
+  const std::string* word = m_state.model.names.intern(std::string_view(name));
+  const Signal* known = m_state.findByName(m_view, parent, name);
+  if (known != nullptr && known->getModule() != &parent) known = nullptr;
+  const unsigned int number = known != nullptr ? known->getId() : m_state.freeNumber(parent, name);
+  return m_state.addSignal(m_view, &parent, word, lsb, msb, number);
+}
+
+namespace {
+
+// Which index of a register's signal an index of its output stands for.
+std::uint32_t placeOf(const NamedBits& name, const Signal& output, std::uint32_t index) {
+  const bool wide = output.getWidth() > 1;
+  return wide && !name.ranged ? index : name.lsb + (index - output.getLsb());
+}
+
+// A printed range must be as wide as the output, or nothing tells which bit is which.
+bool fits(const NamedBits& name, const Signal& output) {
+  return !name.ranged || name.msb - name.lsb + 1 == output.getWidth();
+}
+
+}  // namespace
+
+void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
+  Signal* output = outputOf(instance);
+  if (output == nullptr || !fits(name, *output)) return;
+  const std::uint32_t first = placeOf(name, *output, output->getLsb());
+  const std::uint32_t last = placeOf(name, *output, output->getMsb());
+  const std::string clean =
+      m_state.reading.has(Rule::CleanNames) ? cleaned(name.signal) : name.signal;
+  Signal* signal = widen(parent, clean, first, last);
+  for (std::uint32_t index = output->getLsb(); index <= output->getMsb(); ++index) {
+    BitRef* place = signal->getBitRef(placeOf(name, *output, index));
+    BitRef* value = output->getBitRef(index);
+    if (place == nullptr || value == nullptr || place->m_register) continue;
+    place->merge(value);
+    place->m_register = true;
+  }
+}
+
+void RegisterTies::recall(Module& parent, Module& instance, const NamedBits& name) {
+  const Signal* output = outputOf(instance);
+  if (output == nullptr || !fits(name, *output)) return;
+  const Signal* signal = m_state.findByName(m_view, parent, cleaned(name.signal));
+  if (signal == nullptr) return;
+  for (std::uint32_t index = output->getLsb(); index <= output->getMsb(); ++index) {
+    const std::uint32_t at = placeOf(name, *output, index);
+    if (at < signal->getLsb() || at > signal->getMsb()) continue;
+    BitRef* place = signal->getBitRef(at, true);
+    const BitRef* value = output->getBitRef(index, true);
+    if (place != nullptr && value != nullptr && place->getBit() == value->getBit()) {
+      place->m_register = true;
+    }
+  }
+}
+
+}  // namespace XRF_RTL2LL

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <crossreference/NetlistState.h>
+#include <crossreference/Reading.h>
+
+namespace XRF_RTL2LL {
+
+/// Ties the cells that hold state to the register bits their instance names tell, as extended
+/// reading does it.
+class RegisterTies {
+ public:
+  RegisterTies(NetlistState& state, EdifView view) : m_state(state), m_view(view) {}
+
+  /// Whether a module counts as a register: by its kind, or as a cell that holds state.
+  static bool isRegister(const NetlistState& state, const Module& module);
+  /// The port that holds a register's value, or null.
+  static Signal* outputOf(const Module& instance);
+
+  /// The signal of a name in a module, made or widened to cover lsb..msb.
+  Signal* widen(Module& parent, const std::string& name, std::uint32_t lsb, std::uint32_t msb);
+  /// Makes the bits of a register's output the bits it is named for. A replica gives way to
+  /// whatever holds the place already, and nobody takes a place twice.
+  void tie(Module& parent, Module& instance, const NamedBits& name);
+  /// Finds the place of a register of a loaded model, whose bits are merged already.
+  void recall(Module& parent, Module& instance, const NamedBits& name);
+
+  static bool isTied(const BitRef& ref) { return ref.m_register; }
+
+ private:
+  NetlistState& m_state;
+  EdifView m_view;
+};
+
+}  // namespace XRF_RTL2LL
