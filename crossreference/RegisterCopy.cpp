@@ -36,6 +36,12 @@ void take(Bit& to, const Bit& from) {
   to.setValueStr("z");
 }
 
+void markUnreadBit(Bit& bit) {
+  bit.setKind(Bit::UNREAD);
+  bit.setValue(false);
+  bit.setValueStr("z");
+}
+
 std::string flattened(std::string name) {
   std::replace(name.begin(), name.end(), '/', '_');
   return normalised(std::move(name));
@@ -55,24 +61,44 @@ RegisterCopy::RegisterCopy(NetlistState& state) : m_state(state) {
   });
   sortByName(m_registers);
   matchFlattened();
+  matchUnnamed();
 }
 
-std::string RegisterCopy::belowTop(const Signal& signal, EdifView view) const {
+std::string RegisterCopy::belowTop(const std::string& name, EdifView view) const {
   const Module* top = m_state.top.at(view);
-  const std::string name = signal.getFullName();
   const std::string prefix = top == nullptr ? "/" : NameKey(*top).compose() + "/";
   return name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
+}
+
+// The full name that an object of the RTL view has in the synthesized view.
+std::string RegisterCopy::twinName(const std::string& rtl) const {
+  std::string name = NameKey(*m_state.top[SYNTH]).compose();
+  name += '/';
+  return name += belowTop(rtl, RTL);
 }
 
 Signal* RegisterCopy::namesake(const Signal& rtl) const {
   const Module* rtlTop = m_state.top[RTL];
   const Module* synthTop = m_state.top[SYNTH];
   if (rtlTop == nullptr || synthTop == nullptr) return nullptr;
-  const NameKey topName(*synthTop);
-  if (NameKey::compare(NameKey(*rtlTop), topName) == 0) {
+  if (NameKey::compare(NameKey(*rtlTop), NameKey(*synthTop)) == 0) {
     return m_state.signals[SYNTH].find(NameKey(rtl));
   }
-  return m_state.signals[SYNTH].find(topName.compose() + "/" + belowTop(rtl, RTL));
+  return m_state.signals[SYNTH].find(twinName(rtl.getFullName()));
+}
+
+// An instance name such as count_reg_3_ tells no bit, but the same instance in both views is the
+// same register.
+void RegisterCopy::matchUnnamed() {
+  if (m_state.top[RTL] == nullptr || m_state.top[SYNTH] == nullptr) return;
+  m_state.modules[RTL].each([&](const Module* module) {
+    if (module->getName() == nullptr || !RegisterTies::isRegister(m_state, *module)) return;
+    const Signal* output = RegisterTies::outputOf(*module);
+    if (output == nullptr || decodeRegister(module->getName()).valid) return;
+    const Module* synth = m_state.modules[SYNTH].find(twinName(NameKey(*module).compose()));
+    const bool both = synth != nullptr && RegisterTies::isRegister(m_state, *synth);
+    m_unnamed.push_back({output, both ? RegisterTies::outputOf(*synth) : nullptr});
+  });
 }
 
 // Where the hierarchy was flattened with "_", a register is found by its name with all levels
@@ -85,14 +111,14 @@ void RegisterCopy::matchFlattened() {
     if (same != nullptr && holdsRegisters(*same)) {
       taken[same] = true;
     } else {
-      missing[flattened(belowTop(*rtl, RTL))].push_back(rtl);
+      missing[flattened(belowTop(rtl->getFullName(), RTL))].push_back(rtl);
     }
   }
   if (missing.empty()) return;
   std::unordered_map<std::string, std::vector<Signal*>> left;
   m_state.signals[SYNTH].each([&](Signal* synth) {
     if (taken.count(synth) != 0 || !holdsRegisters(*synth)) return;
-    left[flattened(belowTop(*synth, SYNTH))].push_back(synth);
+    left[flattened(belowTop(synth->getFullName(), SYNTH))].push_back(synth);
   });
   for (const auto& [name, signals] : missing) {
     const auto found = left.find(name);
@@ -116,6 +142,12 @@ void RegisterCopy::copy() {
     if (synth == nullptr) continue;
     eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
       if (!isTied(&to) || !isTied(&from)) return;
+      if (isOpen(*to.getBit()) && isKnown(*from.getBit())) take(*to.getBit(), *from.getBit());
+    });
+  }
+  for (const Unnamed& same : m_unnamed) {
+    if (same.synth == nullptr) continue;
+    eachCommon(*same.rtl, *same.synth, [&](const BitRef& to, const BitRef& from) {
       if (isOpen(*to.getBit()) && isKnown(*from.getBit())) take(*to.getBit(), *from.getBit());
     });
   }
@@ -150,9 +182,14 @@ void RegisterCopy::markUnread() {
       const bool both = synth != nullptr && index >= synth->getLsb() && index <= synth->getMsb() &&
                         isTied(synth->getBitRef(index, true));
       if (both) continue;
-      ref->getBit()->setKind(Bit::UNREAD);
-      ref->getBit()->setValue(false);
-      ref->getBit()->setValueStr("z");
+      markUnreadBit(*ref->getBit());
+    }
+  }
+  for (const Unnamed& same : m_unnamed) {
+    if (same.synth != nullptr) continue;
+    for (std::uint64_t index = same.rtl->getLsb(); index <= same.rtl->getMsb(); ++index) {
+      const BitRef* ref = same.rtl->getBitRef(static_cast<std::uint32_t>(index), true);
+      if (ref != nullptr && ref->getBit()->getKind() == Bit::UNKNOWN) markUnreadBit(*ref->getBit());
     }
   }
 }

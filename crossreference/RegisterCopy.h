@@ -21,14 +21,23 @@ class RegisterCopy {
   void markUnread();
 
  private:
+  // A register whose name tells no signal, with the register of the same instance path, if any.
+  struct Unnamed {
+    const Signal* rtl;
+    const Signal* synth;
+  };
+
+  void matchUnnamed();
   void matchFlattened();
+  std::string twinName(const std::string& rtl) const;
   Signal* namesake(const Signal& rtl) const;
   Signal* twin(const Signal& rtl) const;
-  std::string belowTop(const Signal& signal, EdifView view) const;
+  std::string belowTop(const std::string& name, EdifView view) const;
 
   NetlistState& m_state;
   std::vector<Signal*> m_registers;  // RTL signals that hold registers, in name order
   std::unordered_map<const Signal*, Signal*> m_flattened;
+  std::vector<Unnamed> m_unnamed;
 };
 
 }  // namespace XRF_RTL2LL
