@@ -8,7 +8,10 @@
 
 namespace XRF_RTL2LL {
 
-void* BitRef::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+void* BitRef::operator new(std::size_t size) {
+  // The caller may have been compiled with an older, smaller class.
+  return ModelState::current().arena.allocate(std::max(size, sizeof(BitRef)));
+}
 
 BitRef::BitRef(Signal* signal, unsigned int index) : m_signal(signal), m_index(index) {}
 
@@ -36,7 +39,10 @@ int BitRef::merge(BitRef* other) {
   return bit == nullptr || absorbed == nullptr ? 0 : bit->merge(absorbed);
 }
 
-void* Bit::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+void* Bit::operator new(std::size_t size) {
+  // The caller may have been compiled with an older, smaller class.
+  return ModelState::current().arena.allocate(std::max(size, sizeof(Bit)));
+}
 
 Bit::Bit() {
   ModelState& model = ModelState::current();
@@ -95,6 +101,7 @@ std::string Bit::getValueStr(bool display) const {
 }
 
 void Bit::setValueStr(const std::string& text) {
+  if (m_absorbed) return;
   m_value_text = text == "z" ? TextZ : text == "0" ? Text0 : text == "1" ? Text1 : TextOther;
   if (m_value_text == TextOther)
     m_text = ModelState::current().names.intern(std::string_view(text));
@@ -191,6 +198,7 @@ void Bit::adoptEach(const Bit& other) {
 }
 
 int Bit::merge(Bit* other) {
+  if (m_absorbed) return survivor()->merge(other);
   other = other->survivor();
   if (other == this) return 0;
   if (combine(*other) != 0) return 1;
@@ -201,6 +209,7 @@ int Bit::merge(Bit* other) {
     splice(*other);
   }
   other->m_absorbed = true;
+  other->m_value_text = TextZ;
   other->m_survivor = this;
   m_id = std::max(m_id, other->m_id);
   m_src = m_src || other->m_src;

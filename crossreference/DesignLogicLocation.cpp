@@ -4,6 +4,7 @@
 #include <crossreference/RegisterCopy.h>
 #include <crossreference/Utils.h>
 #include <support/InputFile.h>
+#include <support/Limits.h>
 #include <support/Report.h>
 #include <support/Scan.h>
 
@@ -192,7 +193,9 @@ LogicLocationReader::Outcome LogicLocationReader::record(const Location& locatio
 // Flattening joins the levels of a name with "_", beginning with the innermost.
 LogicLocationReader::Outcome LogicLocationReader::recordFlattened(const Location& location,
                                                                   std::string name) const {
-  for (std::size_t slash = name.rfind('/'); slash != std::string::npos;
+  unsigned levels = 0;
+  for (std::size_t slash = name.rfind('/');
+       slash != std::string::npos && levels++ <= limits::moduleNesting;
        slash = name.rfind('/', slash)) {
     name[slash] = '_';
     Signal* signal = m_netlist.findSignal(SYNTH, name);

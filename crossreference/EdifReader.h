@@ -16,6 +16,9 @@ class EdifReader {
  public:
   EdifReader(Netlist& netlist, NetlistState& state, EdifView view, const std::string& path,
              std::string_view text);
+  ~EdifReader();
+  EdifReader(const EdifReader&) = delete;
+  EdifReader& operator=(const EdifReader&) = delete;
 
   void read();
 
@@ -43,8 +46,7 @@ class EdifReader {
 
   struct CellRecord {
     std::size_t position;  // of the "(" that opens the cell
-    std::uint32_t library;
-    bool open = false;  // an instance of it is being read
+    bool open = false;     // an instance of it is being read
   };
 
   // What waits for the end of the module it belongs to.
@@ -119,7 +121,7 @@ class EdifReader {
   Signal* add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
                      std::uint32_t id);
   void hide_added(Signal& signal, const std::string& name) const;
-  void count_objects(std::uint64_t count);
+  void check_work() const;
   ReadPlace::Position position() const;
 
   Netlist& m_netlist;
@@ -133,9 +135,9 @@ class EdifReader {
   RegisterTies m_ties;
   std::vector<Module*> m_modules;  // being read, the current one last
   std::size_t m_cursor = 0;
-  std::uint32_t m_library = 0;
   unsigned m_depth = 0;
-  std::uint64_t m_objects = 0;
+  ObjectBudget m_budget{0};
+  std::uint64_t m_path_bytes = 0;
   std::uint64_t m_taken = 0;
   bool m_lexing = true;
 };

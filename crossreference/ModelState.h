@@ -58,6 +58,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   std::uint32_t nextNetId = 0;
   std::uint32_t moduleDepth = 0;
   bool showHidden = true;
+  /// Taken up by the paths of modules that have children.
+  std::uint64_t pathBytes = 0;
   /// Netlists and token maps are never released by whoever made them.
   std::vector<std::unique_ptr<Netlist>> netlists;
   std::vector<std::unique_ptr<TokenMap>> tokenMaps;

@@ -3,9 +3,14 @@
 #include <crossreference/Module.h>
 #include <support/Report.h>
 
+#include <algorithm>
+
 namespace XRF_RTL2LL {
 
-void* Module::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+void* Module::operator new(std::size_t size) {
+  // The caller may have been compiled with an older, smaller class.
+  return ModelState::current().arena.allocate(std::max(size, sizeof(Module)));
+}
 
 Module::Module(const char* name, const char* defName, unsigned int id)
     : Module(ModelState::current().names.intern(name), ModelState::current().names.intern(defName),
@@ -71,7 +76,9 @@ const std::string* Module::childPath() {
     const bool nameless = m_name == nullptr || m_name->empty();
     if (!path.empty() || !nameless) path += '/';
     if (!nameless) path += *m_name;
-    m_child_path = ModelState::current().names.intern(std::string_view(path));
+    ModelState& model = ModelState::current();
+    model.pathBytes += path.size();
+    m_child_path = model.names.intern(std::string_view(path));
   }
   return m_child_path;
 }

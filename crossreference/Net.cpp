@@ -2,9 +2,14 @@
 #include <crossreference/ModelState.h>
 #include <crossreference/Signal.h>
 
+#include <algorithm>
+
 namespace XRF_RTL2LL {
 
-void* Net::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+void* Net::operator new(std::size_t size) {
+  // The caller may have been compiled with an older, smaller class.
+  return ModelState::current().arena.allocate(std::max(size, sizeof(Net)));
+}
 
 Net::Net() : m_id(ModelState::current().nextNetId++) { ModelState::current().nets.add(this); }
 

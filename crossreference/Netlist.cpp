@@ -1,5 +1,6 @@
 #include <crossreference/Netlist.h>
 #include <crossreference/NetlistState.h>
+#include <support/Report.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -18,6 +19,20 @@ T* find(const std::array<NameRegistry<T>, views>& registries, EdifView view,
     if (registry.find(name) != nullptr) throw std::out_of_range("vector::_M_range_check");
   }
   return nullptr;
+}
+
+// How many bits a signal needs to cover lsb..msb beyond those it has.
+std::uint64_t newBits(const Signal* signal, std::uint64_t lsb, std::uint64_t msb) {
+  if (signal == nullptr) return msb - lsb + 1;
+  return std::max<std::uint64_t>(msb, signal->getMsb()) -
+         std::min<std::uint64_t>(lsb, signal->getLsb()) + 1 - signal->getWidth();
+}
+
+void clearInferred(const Signal& signal, unsigned int lsb, unsigned int msb) {
+  for (std::uint64_t index = lsb; index <= msb; ++index) {
+    const BitRef* ref = signal.getBitRef(static_cast<std::uint32_t>(index), true);
+    if (ref != nullptr && ref->getBit() != nullptr) ref->getBit()->setInferred(false);
+  }
 }
 
 }  // namespace
@@ -56,7 +71,10 @@ void Netlist::registerSignal(EdifView view, Signal* signal) {
 Signal* Netlist::addSignal(EdifView view, Module* module, const char* name, unsigned int lsb,
                            unsigned int msb, unsigned int id, char* /*extra*/) {
   const StateScope scope(m_state->model);
-  return m_state->addSignal(view, module, m_state->model.names.intern(name), lsb, msb, id);
+  Signal* signal =
+      m_state->addSignal(view, module, m_state->model.names.intern(name), lsb, msb, id);
+  clearInferred(*signal, lsb, msb);
+  return signal;
 }
 
 Signal* Netlist::addSignal(unsigned int /*mark*/, EdifView view, Module* module, const char* name,
@@ -64,9 +82,18 @@ Signal* Netlist::addSignal(unsigned int /*mark*/, EdifView view, Module* module,
   return addSignal(view, module, name, lsb, msb, id, extra);
 }
 
+void ObjectBudget::count(std::uint64_t objects) {
+  m_made += objects;
+  if (m_made > m_most) {
+    fatalHere("The cells expand to more than %llu modules, signals and bits.",
+              static_cast<unsigned long long>(m_most));
+  }
+}
+
 Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string* name,
                                 unsigned int lsb, unsigned int msb, unsigned int id) {
   Signal* signal = module->getSignal(id, true);
+  if (budget != nullptr) budget->count(newBits(signal, lsb, msb) + 1);
   if (signal == nullptr) {
     signal = new Signal(model, module, name, id, lsb, msb, false);
     module->addSignal(signal);
@@ -78,15 +105,30 @@ Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string
       bit->setValue(kind == PWR);
       bit->setValueStr("z");
     }
+    clearInferred(*signal, lsb, msb);
+    signal->m_inferred_left = false;
   } else {
-    signal->expand(lsb, msb);
-  }
-  for (std::uint64_t index = lsb; index <= msb; ++index) {
-    const BitRef* ref = signal->entry(index);
-    if (ref != nullptr && ref->getBit() != nullptr) ref->getBit()->setInferred(false);
+    widen(*signal, lsb, msb);
   }
   signals.at(view).enter(signal);
   return signal;
+}
+
+// A bus that grows bit by bit must not be walked for each: only bits that were made now, or were
+// passed over before, can carry the mark still.
+void NetlistState::widen(Signal& signal, unsigned int lsb, unsigned int msb) {
+  const std::uint32_t oldLsb = signal.getLsb();
+  const std::uint32_t oldMsb = signal.getMsb();
+  signal.expand(lsb, msb);
+  if (signal.m_inferred_left) {
+    clearInferred(signal, lsb, msb);
+    signal.m_inferred_left = lsb > signal.getLsb() || msb < signal.getMsb();
+    return;
+  }
+  if (lsb < oldLsb) clearInferred(signal, lsb, std::min(msb, oldLsb - 1));
+  if (msb > oldMsb) clearInferred(signal, std::max(lsb, oldMsb + 1), msb);
+  const bool gapBelow = oldLsb > 0 && msb < oldLsb - 1;
+  signal.m_inferred_left = gapBelow || lsb > oldMsb + 1;
 }
 
 unsigned int NetlistState::freeNumber(const Module& module, std::string_view name) const {

@@ -17,6 +17,8 @@ int readEdif(Netlist& netlist, NetlistState& state, EdifView view, const std::st
   const StateScope scope(state.model);
   const InputFile file(path);
   if (!file.isOpen()) fatal("Can't open file %s\n", path.c_str());
+  // A read that is given up must not leave an earlier design's top behind.
+  state.top.at(view) = nullptr;
   EdifReader(netlist, state, view, path, file.text()).read();
   netlist.postProcess(view);
   return 0;
@@ -43,9 +45,14 @@ ReadPlace::Position EdifReader::position() const {
   return m_lexing ? m_tokens.lexedPosition() : m_tokens.position(m_cursor == 0 ? 0 : m_cursor - 1);
 }
 
+EdifReader::~EdifReader() { m_state.budget = nullptr; }
+
 void EdifReader::read() {
   m_tokens.lex();
   m_lexing = false;
+  m_budget = ObjectBudget(
+      std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size()));
+  m_state.budget = &m_budget;
   parse_expr();
 }
 
@@ -55,7 +62,10 @@ std::uint32_t EdifReader::take() {
     m_cursor = m_tokens.size() + 1;
     fatalHere("The netlist ends before it is complete.");
   }
-  if (++m_taken % reportDistance == 0) progress("Building the design", m_objects, 0);
+  if (++m_taken % reportDistance == 0) {
+    progress("Building the design", m_budget.made(), 0);
+    check_work();
+  }
   return m_tokens[m_cursor++];
 }
 
@@ -69,22 +79,19 @@ Module& EdifReader::front() const {
   return *m_modules.back();
 }
 
-void EdifReader::count_objects(std::uint64_t count) {
-  m_objects += count;
-  const std::uint64_t most =
-      std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size());
-  if (m_objects > most) {
-    fatalHere("The cells expand to more than %llu modules, signals and bits.",
-              static_cast<unsigned long long>(most));
+// A cell is read again for each of its instances, so that what little stands in a file can ask for
+// far more work than it makes objects.
+void EdifReader::check_work() const {
+  if (m_taken >
+      limits::wordsBase + 4 * m_tokens.size() + limits::wordsPerObject * m_budget.made()) {
+    fatalHere("The cells hold too much beside the %llu objects they make.",
+              static_cast<unsigned long long>(m_budget.made()));
   }
 }
 
 Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
                                std::uint32_t id) {
-  const std::uint32_t before = Bit::getNextId();
-  Signal* signal = m_state.addSignal(m_view, &front(), name, lsb, msb, id);
-  count_objects(std::uint64_t{1} + (Bit::getNextId() - before));
-  return signal;
+  return m_state.addSignal(m_view, &front(), name, lsb, msb, id);
 }
 
 const std::string* EdifReader::printable(std::uint32_t code) const {
@@ -228,7 +235,7 @@ EdifReader::ExprResult EdifReader::parse_cell() {
 }
 
 void EdifReader::record_cell(std::uint32_t cell, std::size_t position) {
-  m_cells.try_emplace(cell, CellRecord{position, m_library});
+  m_cells.try_emplace(cell, CellRecord{position});
 }
 
 EdifReader::ExprResult EdifReader::parse_cellref() {
@@ -292,9 +299,15 @@ Module* EdifReader::push_module(const ExprResult& name) {
   if (m_modules.size() > limits::moduleNesting) {
     fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
   }
-  count_objects(1);
+  m_budget.count(1);
   auto* module = new Module(printable(name.second), m_state.model.names.empty(), name.first);
+  const std::uint64_t paths = m_state.model.pathBytes;
   front().addChild(module);
+  m_path_bytes += m_state.model.pathBytes - paths;
+  if (m_path_bytes > limits::pathBytesBase + limits::pathBytesPerObject * m_budget.made()) {
+    fatalHere("The paths of the modules take up more than %llu bytes.",
+              static_cast<unsigned long long>(m_path_bytes));
+  }
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
   return module;
@@ -342,9 +355,8 @@ EdifReader::ExprResult EdifReader::parse_instanceref() {
 EdifReader::ExprResult EdifReader::parse_library() {
   const ExprResult name = parse_expr();
   if (name.kind == EXPR_END) return {};
-  m_library = require_label(name, "Library");
+  require_label(name, "Library");
   parse_body();
-  m_library = 0;
   return {};
 }
 

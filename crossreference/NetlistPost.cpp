@@ -76,14 +76,15 @@ void markUnread(const Signal& signal) {
 }
 
 // Whether the final copy can change anything for a signal, judged before it starts: what it does to
-// one signal only ever leaves less to do for the others.
-bool isAffected(const Signal& rtl, const Signal* synth) {
+// one signal only ever leaves less to do for the others, unless the views share bits.
+bool isAffected(const Signal& rtl, const Signal* synth, bool sharesBits) {
   bool affected = false;
   if (synth == nullptr) {
     if (rtl.isSrcState()) eachUnknownBit(rtl, [&](const Bit&) { affected = true; });
   } else if (sameRange(rtl, *synth)) {
-    eachPair(rtl, *synth,
-             [&](const Bit& to, const Bit& from) { affected = affected || copies(to, from); });
+    eachPair(rtl, *synth, [&](const Bit& to, const Bit& from) {
+      affected = affected || copies(to, from) || (sharesBits && to.getKind() == Bit::UNKNOWN);
+    });
   }
   return affected;
 }
@@ -118,7 +119,7 @@ void Netlist::finalPostProcess() {
   // One RTL bit may have several names, and the first name in byte order decides what it becomes.
   std::vector<Signal*> affected;
   m_state->signals[RTL].each([&](Signal* rtl) {
-    if (isAffected(*rtl, synthesized.find(NameKey(*rtl)))) affected.push_back(rtl);
+    if (isAffected(*rtl, synthesized.find(NameKey(*rtl)), m_state->loaded)) affected.push_back(rtl);
   });
   sortByName(affected);
   for (const Signal* rtl : affected) {

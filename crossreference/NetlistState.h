@@ -8,6 +8,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -18,6 +19,19 @@ struct InstanceGroup {
   std::vector<Module*> modules;
 };
 using InstanceIndex = std::map<std::string_view, InstanceGroup>;
+
+/// Counts the modules, signals and bits that a netlist expands to, before they are made.
+class ObjectBudget {
+ public:
+  explicit ObjectBudget(std::uint64_t most) : m_most(most) {}
+  /// More than the budget is fatal.
+  void count(std::uint64_t objects);
+  std::uint64_t made() const { return m_made; }
+
+ private:
+  std::uint64_t m_most;
+  std::uint64_t m_made = 0;
+};
 
 /// What a netlist knows; its readers fill it.
 struct NetlistState {
@@ -32,12 +46,15 @@ struct NetlistState {
   Family family = FAMILY_NONE;
   Part part = PART_NONE;
   Reading reading = Reading::strict();
+  bool loaded = false;              // from a cross-reference file, whose views may share bits
+  ObjectBudget* budget = nullptr;   // while a netlist is read
   std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
 
   const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
   /// `Netlist::addSignal` for a name that the model stores already.
   Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
                     unsigned int msb, unsigned int id);
+  void widen(Signal& signal, unsigned int lsb, unsigned int msb);
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
   /// The signal of a module by its local name, or null.
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {

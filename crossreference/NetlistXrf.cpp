@@ -42,7 +42,7 @@ class XrfReader {
   void closeModules(std::ptrdiff_t count);
   void declareBits(std::uint32_t count);
   void declareNets(std::uint32_t count);
-  void checkDeclared(std::uint32_t count, const char* what) const;
+  void checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const;
   Module& front() const;
   void recallRegisters();
   void finish();
@@ -53,6 +53,10 @@ class XrfReader {
   ReadPlace m_place;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
+  std::uint64_t m_path_bytes = 0;
+  std::uint64_t m_declared_bits = 0;
+  std::uint64_t m_declared_nets = 0;
+  std::uint64_t m_declared_indices = 0;
   std::uint32_t m_highest_bit = 0;
   std::vector<Bit*> m_bits;
   std::vector<Net*> m_nets;
@@ -61,6 +65,7 @@ class XrfReader {
 
 int Netlist::parse_xrf(std::string path) {
   const StateScope scope(m_state->model);
+  m_state->loaded = true;
   const InputFile file(path);
   if (!file.isOpen()) fatal("Can't open file %s\n", path.c_str());
   message(StandardOutput, "Parsing xrf file: %s ...\n", path.c_str());
@@ -108,7 +113,10 @@ void XrfReader::finish() {
     root->updateVisibleChildren(true);
     root->updateVisibleSignals(true);
   }
-  for (Net* net : m_nets) net->getSignals();
+  m_state.model.nets.each([](const Net* net) { net->getSignals(); });
+  if (m_state.reading.has(Rule::ClosingModules) && m_modules.size() > 1) {
+    fatalHere("The file ends before all its modules are closed.");
+  }
   if (m_state.reading.has(Rule::DeclareLoadedBits) && m_highest_bit > Bit::getMaxBitId()) {
     Bit::setMaxBitId(m_highest_bit);
   }
@@ -199,6 +207,9 @@ bool XrfReader::parse_signal(std::string_view line) {
     fatalHere("Signal %s from %u to %u is wider than %u bits.", fields.name.c_str(), fields.lsb,
               fields.msb, limits::signalWidth);
   }
+  if (fields.msb >= fields.lsb) {
+    checkDeclared(m_declared_indices, std::uint64_t{fields.msb} - fields.lsb + 1, "indices");
+  }
   if (fields.net >= m_nets.size()) {
     fatalHere("Net %u is beyond the %zu nets that the file declares.", fields.net, m_nets.size());
   }
@@ -264,10 +275,16 @@ bool XrfReader::parse_module(std::string_view line) {
   if (m_modules.size() > limits::moduleNesting) {
     fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
   }
+  const std::uint64_t before = m_state.model.pathBytes;
   auto* module = new Module(std::string(name).c_str(), std::string(definition).c_str(), id);
   if (m_modules.size() == 1) m_state.top.at(m_view) = module;
   // Parentheses do not count here: a module with anything to list closes on a later line.
   parent.addChild(module);
+  m_path_bytes += m_state.model.pathBytes - before;
+  if (m_path_bytes > limits::pathBytesBase + limits::pathBytesPerByte * m_lines.size()) {
+    fatalHere("The paths of the modules take up more than %llu bytes.",
+              static_cast<unsigned long long>(m_path_bytes));
+  }
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
   if (visibility.front() == 'H') module->setHidden();
@@ -317,19 +334,21 @@ bool XrfReader::parse_header(std::string_view line) {
 }
 
 // Every bit and net of a written file takes up more than a byte of it.
-void XrfReader::checkDeclared(std::uint32_t count, const char* what) const {
-  if (count > limits::declaredBase + m_lines.size()) {
-    fatalHere("The file declares %u %s, more than it can hold.", count, what);
+void XrfReader::checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const {
+  sum += count;
+  if (sum > limits::declaredBase + m_lines.size()) {
+    fatalHere("The file declares %llu %s, more than it can hold.",
+              static_cast<unsigned long long>(sum), what);
   }
 }
 
 void XrfReader::declareBits(std::uint32_t count) {
-  checkDeclared(count, "bits");
+  checkDeclared(m_declared_bits, count, "bits");
   m_bits.resize(count);
 }
 
 void XrfReader::declareNets(std::uint32_t count) {
-  checkDeclared(count, "nets");
+  checkDeclared(m_declared_nets, count, "nets");
   m_nets.resize(count);
   for (Net*& net : m_nets) net = new Net;
 }

@@ -30,7 +30,10 @@ void checkWidth(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
 
 }  // namespace
 
-void* Signal::operator new(std::size_t size) { return ModelState::current().arena.allocate(size); }
+void* Signal::operator new(std::size_t size) {
+  // The caller may have been compiled with an older, smaller class.
+  return ModelState::current().arena.allocate(std::max(size, sizeof(Signal)));
+}
 
 Signal::Signal(Module* module, const char* name, unsigned int id, unsigned int lsb,
                unsigned int msb, bool noBits)
@@ -44,6 +47,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
   m_hidden = false;
   m_src_state = false;
   m_port = false;
+  m_inferred_left = true;
   m_earlier_path = false;
   enter(model, noBits);
 }
@@ -75,7 +79,6 @@ void Signal::cover(ModelState& model, std::uint64_t first, std::uint64_t last) {
     first = std::min<std::uint64_t>(first, m_first);
     last = std::max<std::uint64_t>(last, std::uint64_t{m_first} + m_count - 1);
   }
-  checkWidth(*this, first, last);
   const auto count = static_cast<std::uint32_t>(last - first + 1);
   if (m_count == 0 && count == 1) {
     m_refs.one = nullptr;
@@ -252,7 +255,9 @@ void Signal::expand(unsigned int lsb, unsigned int msb) {
     m_msb = msb;
   }
   if (lsb < m_lsb) {
-    cover(model, lsb, m_lsb - 1);
+    // Room below as above grows with the signal, so that growing bit by bit stays cheap.
+    const std::uint32_t spare = m_count == 0 ? 0 : std::min(lsb, m_msb - lsb);
+    if (m_count == 0 || lsb < m_first) cover(model, lsb - spare, m_lsb - 1);
     for (std::uint32_t index = lsb; index < m_lsb; ++index) addBit(model, index);
     m_lsb = lsb;
   }

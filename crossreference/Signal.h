@@ -136,7 +136,8 @@ class XRF_API Signal {
   bool m_hidden : 1;
   bool m_src_state : 1;
   bool m_port : 1;
-  bool m_earlier_path : 1;  // its module got another path after the signal was made
+  bool m_inferred_left : 1;  // bits may be marked inferred that its netlist should have cleared
+  bool m_earlier_path : 1;   // its module got another path after the signal was made
 };
 
 /// Signals that are electrically one, with the enabled mark they share.

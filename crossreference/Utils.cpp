@@ -26,6 +26,8 @@ unsigned int getVersion() { return 1; }
 
 bool isAddedQuellonNetName(Family family, const char* name) {
   if (family != TORVAL7 || name == nullptr || name[0] != 'n' || name[1] != '_') return false;
+  // Compiling costs far more than this look at what every match begins with.
+  if (name[2] < '0' || name[2] > '9' || name[3] != '+') return false;
   return matches("^n_[0-9]+_.+_i__[0-9]+$", name) || matches("^n_[0-9]+_.+_i$", name);
 }
 

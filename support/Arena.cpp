@@ -18,7 +18,6 @@ void* Arena::allocateSlowly(std::size_t size) {
   const std::size_t block = alone ? size : std::max(m_block, size);
   // Not value-initialised: pages that no object reaches are never touched.
   m_blocks.push_back(std::unique_ptr<char[]>(new char[block]));
-  m_bytes += block;
   char* start = m_blocks.back().get();
   if (alone) return start;
   m_block = std::min(m_block * 2, largestBlock);

@@ -35,8 +35,6 @@ class Arena {
     if (array != nullptr) release(array, capacity * sizeof(T));
   }
 
-  std::size_t bytes() const { return m_bytes; }
-
  private:
   static constexpr std::size_t alignment = 8;
   static constexpr std::size_t smallestBlock = std::size_t{1} << 16;
@@ -52,7 +50,6 @@ class Arena {
   char* m_next = nullptr;
   std::size_t m_left = 0;
   std::size_t m_block = smallestBlock;
-  std::size_t m_bytes = 0;
   std::vector<std::unique_ptr<char[]>> m_blocks;
   std::array<FreeArray*, 64> m_free{};
 };

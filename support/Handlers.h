@@ -12,7 +12,10 @@
 ///     FatalHandlerScope scope(onFatal);      // a bad file no longer ends this process
 ///
 /// Handlers are process-wide; setting them while another thread reads is safe, and that reader
-/// sees either the old or the new pair.
+/// sees either the old or the new pair. Scopes nest; those of two threads must not overlap in time.
+///
+/// A read that a throwing handler gives up leaves part of a design in its model: free it with
+/// `resetModel`, or keep each design in a Model of its own.
 namespace XRF_RTL2LL {
 
 /// Why the library cannot go on. All pointers live only during the call of the handler.

@@ -19,6 +19,17 @@ inline constexpr unsigned elaborationNesting = 4096;
 /// Levels of the module tree. Real designs have fewer than fifty.
 inline constexpr unsigned moduleNesting = 500;
 
+/// Bytes of the paths that modules with children keep: a base, and a multiple of what the file or
+/// the expanded design holds. Paths in the field stay below a few thousand bytes.
+inline constexpr std::uint64_t pathBytesBase = 1U << 24;
+inline constexpr std::uint64_t pathBytesPerByte = 64;
+inline constexpr std::uint64_t pathBytesPerObject = 1024;
+
+/// Words that are read while the design is built: a base, each word of the file a few times, and
+/// for each object what a memory cell with all its properties has.
+inline constexpr std::uint64_t wordsBase = 1U << 26;
+inline constexpr std::uint64_t wordsPerObject = 2048;
+
 /// Highest index of a signal: the largest number that the text formats carry in a signed field.
 inline constexpr std::uint32_t signalIndex = 0x7ffffffeU;
 
