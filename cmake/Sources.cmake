@@ -13,7 +13,7 @@ function(xrf_sources variable)
 endfunction()
 
 # XRF_MISSING says how loudly a part that is not there is reported.
-set(XRF_MISSING WARNING)
+set(XRF_MISSING FATAL_ERROR)
 function(xrf_missing what)
   message(${XRF_MISSING} "xrf: ${what}; what needs it is left out")
 endfunction()

@@ -23,6 +23,21 @@ bool toIndex(std::string_view text, std::uint32_t& index) {
   return true;
 }
 
+bool isField(std::string_view text) {
+  return !text.empty() && !isDigit(text.front()) &&
+         std::all_of(text.begin(), text.end(), [](char byte) {
+           return isDigit(byte) || byte == '_' || byte == '$' || (byte >= 'a' && byte <= 'z') ||
+                  (byte >= 'A' && byte <= 'Z');
+         });
+}
+
+// What two bounds with a colon between look like, negative ones included.
+bool isRange(std::string_view text) {
+  return text.find(':') != std::string_view::npos &&
+         std::all_of(text.begin(), text.end(),
+                     [](char byte) { return isDigit(byte) || byte == ':' || byte == '-'; });
+}
+
 // The bracket groups at the end of a name, and what stands before them.
 struct Groups {
   std::string_view base;
@@ -35,7 +50,7 @@ Groups splitGroups(std::string_view name) {
     const std::size_t open = groups.base.find_last_of("[]", groups.base.size() - 2);
     if (open == std::string_view::npos || open == 0 || groups.base[open] == ']') break;
     const std::string_view text = groups.base.substr(open + 1, groups.base.size() - open - 2);
-    if (text.empty()) break;
+    if (!isNumber(text) && !isField(text) && !isRange(text)) break;
     groups.texts.insert(groups.texts.begin(), text);
     groups.base = groups.base.substr(0, open);
   }
@@ -62,7 +77,10 @@ std::string joined(std::string_view base, const Groups& groups, std::size_t drop
 NamedBits decodeGroups(std::string_view base, const Groups& groups) {
   NamedBits bits;
   bits.valid = true;
-  if (!groups.texts.empty() && toIndex(groups.texts.back(), bits.msb)) {
+  if (!groups.texts.empty() && isNumber(groups.texts.back()) &&
+      !toIndex(groups.texts.back(), bits.msb)) {
+    bits.valid = false;
+  } else if (!groups.texts.empty() && toIndex(groups.texts.back(), bits.msb)) {
     bits.lsb = bits.msb;
     bits.signal = joined(base, groups, 1);
   } else if (!groups.texts.empty() && toRange(groups.texts.back(), bits.msb, bits.lsb)) {
@@ -128,7 +146,8 @@ NamedBits decodeRegister(std::string_view instance) {
 
 NamedBits decodeBit(std::string_view name) {
   const Groups groups = splitGroups(name);
-  if (groups.texts.empty()) return {};
+  // What ends in a bracket still is one name as a whole.
+  if (groups.texts.empty() || groups.base.back() == ']') return {};
   const NamedBits bits = decodeGroups(groups.base, groups);
   return bits.ranged ? NamedBits() : bits;
 }
