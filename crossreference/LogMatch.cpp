@@ -118,11 +118,12 @@ bool LogMatch::merge(const std::vector<BitRef*>& gone, const std::vector<BitRef*
 std::size_t LogMatch::applyMerges(std::vector<std::string>& unmatched) {
   std::size_t used = 0;
   // The last merge of a chain is applied first, so that what it finds out reaches all before it.
-  for (auto line = m_merges.rbegin(); line != m_merges.rend(); ++line) {
-    if (merge(find(line->name), find(line->into))) {
+  std::reverse(m_merges.begin(), m_merges.end());
+  for (const LogLine& line : m_merges) {
+    if (merge(find(line.name), find(line.into))) {
       ++used;
     } else {
-      unmatched.push_back(line->name);
+      unmatched.push_back(line.name);
     }
   }
   if (used > 0) m_state.model.settleBits();

@@ -16,7 +16,7 @@ struct LogLine {
   std::string name;    ///< the register that is gone
   std::string into;    ///< the register it was merged into
 
-  static LogLine parse(std::string_view line);
+  static LogLine parse(std::string_view text);
 };
 
 /// Finds the RTL registers that a log speaks of, as extended reading does it.
