@@ -59,24 +59,42 @@ std::string_view cellPrefix(CellKind kind) {
                                                                       "RTL_AND",
                                                                       "RTL_OR",
                                                                       "RTL_XOR",
-                                                                      "RTL_MUX"};
+                                                                      "RTL_MUX",
+                                                                      "FDRE_1",
+                                                                      "FDSE_1",
+                                                                      "FDCE_1",
+                                                                      "FDPE_1",
+                                                                      "LD",
+                                                                      "LDC",
+                                                                      "LDP",
+                                                                      "LDCE",
+                                                                      "LDPE",
+                                                                      "OBUF",
+                                                                      "LUT1",
+                                                                      "LUT1",
+                                                                      "RTL_LATCH__",
+                                                                      "RTL_INV",
+                                                                      "RTL_wide_fd"};
   return kNames[static_cast<size_t>(kind)];
 }
 
 }  // namespace
 
 std::string_view pinName(Pin pin) {
-  static constexpr std::array<std::string_view, 32> kNames = {
-      "I0", "I1", "I2",  "I3",  "I4",  "I5",     "I",      "O",   "S",    "C",    "CE",
-      "D",  "Q",  "R",   "RST", "SET", "CLR",    "PRE",    "G",   "P",    "CI",   "CYINIT",
-      "DI", "CO", "clk", "rst", "en",  "sel[0]", "sel[1]", "din", "dout", "valid"};
-  static_assert(kNames.size() == static_cast<size_t>(Pin::Valid) + 1);
+  static constexpr std::array<std::string_view, 33> kNames = {
+      "I0", "I1", "I2",  "I3",  "I4",  "I5",     "I",      "O",   "S",    "C",     "CE",
+      "D",  "Q",  "R",   "RST", "SET", "CLR",    "PRE",    "G",   "P",    "CI",    "CYINIT",
+      "DI", "CO", "clk", "rst", "en",  "sel[0]", "sel[1]", "din", "dout", "valid", "GE"};
+  static_assert(kNames.size() == static_cast<size_t>(Pin::GE) + 1);
   return kNames[static_cast<size_t>(pin)];
 }
 
 std::string cellName(Cell cell) {
   std::string name(cellPrefix(cell.kind));
-  if (cell.kind == CellKind::Lut || cell.kind >= CellKind::RtlRegister) {
+  const bool isNumbered =
+      (cell.kind >= CellKind::RtlRegister && cell.kind <= CellKind::RtlMultiplexer) ||
+      cell.kind == CellKind::RtlLatch || cell.kind == CellKind::RtlWideRegister;
+  if (cell.kind == CellKind::Lut || isNumbered) {
     appendNumber(name, cell.number);
   }
   return name;
@@ -87,13 +105,17 @@ std::vector<Port> cellPorts(Cell cell) {
     case CellKind::Lut:
       return lutPorts(cell.number);
     case CellKind::Fdre:
+    case CellKind::FdreFalling:
       return registerPorts(Pin::R);
     case CellKind::Fdse:
+    case CellKind::FdseFalling:
       return registerPorts(Pin::S);
     case CellKind::Fdce:
+    case CellKind::FdceFalling:
     case CellKind::RtlRegisterClear:
       return registerPorts(Pin::CLR);
     case CellKind::Fdpe:
+    case CellKind::FdpeFalling:
     case CellKind::RtlRegisterPreset:
       return registerPorts(Pin::PRE);
     case CellKind::RtlRegisterReset:
@@ -105,6 +127,30 @@ std::vector<Port> cellPorts(Cell cell) {
     case CellKind::Carry:
       return {{Pin::O, true, 4},  {Pin::CO, true, 4},   {Pin::DI, false, 4},
               {Pin::S, false, 4}, {Pin::CYINIT, false}, {Pin::CI, false}};
+    case CellKind::Latch:
+    case CellKind::RtlLatch:
+      return {{Pin::Q, true}, {Pin::D, false}, {Pin::G, false}};
+    case CellKind::LatchClear:
+      return {{Pin::Q, true}, {Pin::CLR, false}, {Pin::D, false}, {Pin::G, false}};
+    case CellKind::LatchPreset:
+      return {{Pin::Q, true}, {Pin::D, false}, {Pin::G, false}, {Pin::PRE, false}};
+    case CellKind::LatchClearEnable:
+      return {
+          {Pin::Q, true}, {Pin::CLR, false}, {Pin::D, false}, {Pin::G, false}, {Pin::GE, false}};
+    case CellKind::LatchPresetEnable:
+      return {
+          {Pin::Q, true}, {Pin::D, false}, {Pin::G, false}, {Pin::GE, false}, {Pin::PRE, false}};
+    case CellKind::BufferLut:
+    case CellKind::InverterLut:
+      return lutPorts(1);
+    case CellKind::RtlInverter:
+      return {{Pin::O, true}, {Pin::I0, false}};
+    case CellKind::RtlWideRegister:
+      return {{Pin::Q, true, cell.number},
+              {Pin::C, false},
+              {Pin::CE, false},
+              {Pin::D, false, cell.number}};
+    case CellKind::OutputBuffer:
     case CellKind::InputBuffer:
     case CellKind::ClockBuffer:
       return {{Pin::O, true}, {Pin::I, false}};
@@ -142,6 +188,43 @@ Cell flipFlopCell(Control control) {
   return {CellKind::Fdre};
 }
 
+namespace {
+
+Cell latchCell(const Bank& bank) {
+  switch (bank.control) {
+    case Control::Clear:
+      return {bank.enabled ? CellKind::LatchClearEnable : CellKind::LatchClear};
+    case Control::Preset:
+      return {bank.enabled ? CellKind::LatchPresetEnable : CellKind::LatchPreset};
+    case Control::Reset:
+      return {CellKind::LatchClearEnable};
+    case Control::None:
+    case Control::Set:
+      break;
+  }
+  return {CellKind::Latch};
+}
+
+}  // namespace
+
+Cell storageCell(const Bank& bank) {
+  if (bank.storage == Storage::Latch) return latchCell(bank);
+  const Cell cell = flipFlopCell(bank.control);
+  if (bank.storage != Storage::FallingEdge) return cell;
+  const auto distance =
+      static_cast<uint8_t>(CellKind::FdreFalling) - static_cast<uint8_t>(CellKind::Fdre);
+  return {static_cast<CellKind>(static_cast<uint8_t>(cell.kind) + distance)};
+}
+
+bool isLatch(CellKind kind) {
+  return kind >= CellKind::Latch && kind <= CellKind::LatchPresetEnable;
+}
+
+bool isFlipFlop(CellKind kind) {
+  return (kind >= CellKind::Fdre && kind <= CellKind::Fdpe) ||
+         (kind >= CellKind::FdreFalling && kind <= CellKind::FdpeFalling);
+}
+
 Pin flipFlopControlPin(Control control) {
   switch (control) {
     case Control::Set:
@@ -157,7 +240,15 @@ Pin flipFlopControlPin(Control control) {
   return Pin::R;
 }
 
+Cell rtlWideRegisterCell(uint32_t width) {
+  return {CellKind::RtlWideRegister, static_cast<uint16_t>(width)};
+}
+
 Cell rtlRegisterCell(const Module& module, const Bank& bank) {
+  if (bank.storage == Storage::Latch) {
+    return {CellKind::RtlLatch,
+            static_cast<uint16_t>(scramble(module.seed, 6, bank.index) % kCellNumbers)};
+  }
   const auto kind = static_cast<CellKind>(static_cast<uint32_t>(CellKind::RtlRegister) +
                                           static_cast<uint32_t>(bank.control));
   return {kind, static_cast<uint16_t>(scramble(module.seed, 6, bank.index) % kCellNumbers)};

@@ -44,6 +44,7 @@ enum class Pin : uint8_t {
   Din,
   Dout,
   Valid,
+  GE,
 };
 
 std::string_view pinName(Pin pin);
@@ -80,6 +81,21 @@ enum class CellKind : uint8_t {
   RtlOr,
   RtlXor,
   RtlMultiplexer,
+  FdreFalling,
+  FdseFalling,
+  FdceFalling,
+  FdpeFalling,
+  Latch,
+  LatchClear,
+  LatchPreset,
+  LatchClearEnable,
+  LatchPresetEnable,
+  OutputBuffer,
+  BufferLut,    ///< LUT1 with the contents of a buffer
+  InverterLut,  ///< LUT1 with the contents of an inverter
+  RtlLatch,
+  RtlInverter,
+  RtlWideRegister,
 };
 
 struct Cell {
@@ -87,7 +103,7 @@ struct Cell {
   uint16_t number = 0;
 };
 
-constexpr uint32_t kCellKinds = static_cast<uint32_t>(CellKind::RtlMultiplexer) + 1;
+constexpr uint32_t kCellKinds = static_cast<uint32_t>(CellKind::RtlWideRegister) + 1;
 constexpr uint32_t kCellNumbers = 512;
 
 std::string cellName(Cell cell);
@@ -97,10 +113,15 @@ std::vector<Port> cellPorts(Cell cell);
 Cell lutCell(uint32_t inputs);
 /// The flip-flop that implements a bank's registers, and the pin of its control input.
 Cell flipFlopCell(Control control);
+Cell storageCell(const Bank& bank);
+bool isLatch(CellKind kind);
+bool isFlipFlop(CellKind kind);
 Pin flipFlopControlPin(Control control);
 /// The register cell of a bank in the elaborated netlist.
 Cell rtlRegisterCell(const Module& module, const Bank& bank);
 Pin rtlControlPin(Control control);
+/// The register cell that holds so many bits at once.
+Cell rtlWideRegisterCell(uint32_t width);
 /// The operator that computes one row of a bank in the elaborated netlist; not for copies.
 Cell rtlOperatorCell(const Module& module, const Bank& bank);
 

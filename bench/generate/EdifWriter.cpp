@@ -2,9 +2,10 @@
 
 #include "Cells.h"
 #include "ElaboratedNetlist.h"
+#include "HazardPorts.h"
+#include "Identifiers.h"
 #include "OutputFile.h"
 #include "Random.h"
-#include "RegisterNames.h"
 #include "SynthesizedNetlist.h"
 
 #include <algorithm>
@@ -61,6 +62,12 @@ class CellSet {
   std::vector<bool> used_;
 };
 
+/// The cell that is declared for another that differs in its contents alone.
+Cell declaredCell(Cell cell) {
+  const bool isLut = cell.kind == CellKind::BufferLut || cell.kind == CellKind::InverterLut;
+  return isLut ? lutCell(1) : cell;
+}
+
 CellSet synthesizedCells() {
   CellSet cells;
   for (uint32_t inputs = 1; inputs <= 6; ++inputs) cells.insert(lutCell(inputs));
@@ -72,6 +79,33 @@ CellSet synthesizedCells() {
   return cells;
 }
 
+CellSet implementedCells(const Design& design, const Implementation& implementation) {
+  CellSet cells;
+  for (uint32_t definition = 0; definition < design.definitions(); ++definition) {
+    for (const ModuleNetlist::Instance& instance : implementation.netlist(definition).instances()) {
+      if (instance.module == ModuleNetlist::kNone) cells.insert(declaredCell(instance.cell));
+    }
+  }
+  return cells;
+}
+
+void insertRegisterCells(CellSet& cells, const Module& module, const Bank& bank) {
+  switch (bank.grouping) {
+    case Grouping::Bits:
+      cells.insert(rtlRegisterCell(module, bank));
+      break;
+    case Grouping::Whole:
+    case Grouping::Unprinted:
+      cells.insert(rtlWideRegisterCell(bank.width));
+      break;
+    case Grouping::TwoSlices:
+      cells.insert(rtlWideRegisterCell(bank.width / 2));
+      cells.insert(rtlWideRegisterCell(bank.width - bank.width / 2));
+      break;
+  }
+  if (bank.inverts && bank.operation == Operation::Copy) cells.insert({CellKind::RtlInverter});
+}
+
 CellSet elaboratedCells(const Design& design) {
   CellSet cells;
   cells.insert({CellKind::RtlGround});
@@ -79,7 +113,7 @@ CellSet elaboratedCells(const Design& design) {
   for (uint32_t definition = 0; definition < design.definitions(); ++definition) {
     const Module module = design.module(definition);
     for (const Bank& bank : module.banks) {
-      cells.insert(rtlRegisterCell(module, bank));
+      insertRegisterCells(cells, module, bank);
       if (bank.operation != Operation::Copy) cells.insert(rtlOperatorCell(module, bank));
     }
   }
@@ -88,21 +122,36 @@ CellSet elaboratedCells(const Design& design) {
 
 class EdifWriter {
  public:
-  EdifWriter(const Design& design, View view, const std::string& path)
-      : design_(design), view_(view), renames_(design.options().renames), out_(path) {}
+  EdifWriter(const Design& design, const Implementation* implementation, View view,
+             const std::string& path)
+      : design_(design),
+        implementation_(implementation),
+        view_(view),
+        renames_(design.options().renames),
+        out_(path, lineEnd(design)) {
+    if (implementation_ == nullptr) return;
+    for (uint32_t definition = 0; definition < design.definitions(); ++definition) {
+      ports_.push_back(design.ports(definition));
+    }
+  }
 
   void run() {
     out_ << kHeader;
     writePrimitives();
     openLibrary("work");
     for (uint32_t definition = 0; definition < design_.definitions(); ++definition) {
-      writeModule(design_.module(definition));
+      if (isWritten(definition)) writeModule(design_.module(definition), definition);
     }
     out_ << " )\n" << kFooter;
     out_.close();
   }
 
  private:
+  bool isWritten(uint32_t definition) const {
+    return implementation_ == nullptr || view_ == View::Elaborated ||
+           implementation_->isUsed(definition);
+  }
+
   void openLibrary(std::string_view name) {
     out_ << " (Library " << name << "\n  (edifLevel 0)\n  (technology (numberDefinition ))\n";
   }
@@ -114,13 +163,18 @@ class EdifWriter {
 
   void writePrimitives() {
     openLibrary("prims");
-    const CellSet cells = view_ == View::Elaborated ? elaboratedCells(design_) : synthesizedCells();
-    cells.visit([this](Cell cell) {
+    usedCells().visit([this](Cell cell) {
       openCell(cellName(cell));
       for (const Port& port : cellPorts(cell)) writePort(port);
       out_ << "    )\n   )\n  )\n";
     });
     out_ << " )\n";
+  }
+
+  CellSet usedCells() const {
+    if (view_ == View::Elaborated) return elaboratedCells(design_);
+    return implementation_ == nullptr ? synthesizedCells()
+                                      : implementedCells(design_, *implementation_);
   }
 
   void writePort(const Port& port) {
@@ -153,20 +207,23 @@ class EdifWriter {
   }
 
   void writeIdentifier(std::string_view name, bool keepsBrackets) {
-    const char first = name.front();
-    const bool isLetter = (first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z');
-    if (!isLetter) out_ << '&';
-    if (keepsBrackets && !renames_) {
-      out_ << name;
-    } else if (name.find_first_of("[].<>") == std::string_view::npos) {
+    writePrefix(name);
+    if ((keepsBrackets && !renames_) || !needsIdentifier(name)) {
       out_ << name;
     } else {
-      out_ << std::string_view(cleaned(name));
+      out_ << std::string_view(identifierOf(name));
     }
   }
 
+  /// Identifiers that do not begin with a letter are marked.
+  void writePrefix(std::string_view identifier) {
+    const char first = identifier.front();
+    const bool isLetter = (first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z');
+    if (!isLetter) out_ << '&';
+  }
+
   void writeName(std::string_view name, bool keepsBrackets) {
-    if (!renames_ || name.find_first_of("[].<>") == std::string_view::npos) {
+    if (!renames_ || !needsIdentifier(name)) {
       writeIdentifier(name, keepsBrackets);
       return;
     }
@@ -175,24 +232,79 @@ class EdifWriter {
     out_ << " \"" << name << "\")";
   }
 
-  void writeModule(const Module& module) {
-    const ModuleNetlist netlist =
-        view_ == View::Elaborated ? elaborate(design_, module) : synthesize(design_, module);
+  void writeNamed(std::string_view identifier, std::string_view name) {
+    if (identifier == name) {
+      writePrefix(identifier);
+      out_ << identifier;
+      return;
+    }
+    out_ << "(rename ";
+    writePrefix(identifier);
+    out_ << identifier << " \"" << name << "\")";
+  }
+
+  ModuleNetlist netlistOf(const Module& module, uint32_t definition) const {
+    if (view_ == View::Elaborated) return elaborate(design_, module);
+    return implementation_ == nullptr ? synthesize(design_, module)
+                                      : implementation_->netlist(definition);
+  }
+
+  void writeModule(const Module& module, uint32_t definition) {
+    const ModuleNetlist netlist = netlistOf(module, definition);
+    definition_ = definition;
+    if (implementation_ != nullptr) chooseIdentifiers(netlist);
     openCell(module.name);
     writeModulePorts(module);
     out_ << "    )\n    (contents\n";
     for (size_t index = 0; index < netlist.instances().size(); ++index) {
       writeInstance(module, netlist, index);
     }
-    for (const ModuleNetlist::Net& net : netlist.nets()) {
-      if (net.first != ModuleNetlist::kNone) writeNet(netlist, net);
+    for (size_t index = 0; index < netlist.nets().size(); ++index) {
+      if (netlist.nets()[index].first != ModuleNetlist::kNone) writeNet(netlist, index);
     }
     out_ << "    )\n   )\n  )\n";
+  }
+
+  void chooseIdentifiers(const ModuleNetlist& netlist) {
+    std::vector<std::string_view> names;
+    for (const ModuleNetlist::Instance& instance : netlist.instances()) {
+      names.push_back(netlist.text(instance.name));
+    }
+    instanceIdentifiers_ = identifiersOf(names);
+    names.clear();
+    for (const ModuleNetlist::Net& net : netlist.nets()) names.push_back(netlist.text(net.name));
+    netIdentifiers_ = identifiersOf(names);
+  }
+
+  void writeBusPort(const BusPort& bus, Pin pin, uint32_t width, bool isOutput) {
+    const std::string_view direction =
+        isOutput ? " (direction OUTPUT))\n" : " (direction INPUT))\n";
+    if (!bus.isBits) {
+      out_ << "     (port (array ";
+      writeNamed(arrayName(pin), portArrayName(bus));
+      out_ << ' ' << uint64_t{width} << ')' << direction;
+      return;
+    }
+    for (uint32_t place = width; place-- > 0;) {
+      const std::string name = portBitName(bus, place);
+      out_ << "     (port ";
+      writeNamed(identifierOf(name), name);
+      out_ << direction;
+    }
   }
 
   void writeModulePorts(const Module& module) {
     for (const Pin pin : {Pin::Clk, Pin::Rst, Pin::En, Pin::Sel0, Pin::Sel1}) {
       writePort({pin, false});
+    }
+    if (implementation_ != nullptr) {
+      writeBusPort(module.ports.din, Pin::Din, module.inputWidth, false);
+      writeBusPort(module.ports.dout, Pin::Dout, module.outputWidth, true);
+      if (!module.hasValid) return;
+      out_ << "     (port ";
+      writeNamed(identifierOf(module.ports.valid), module.ports.valid);
+      out_ << " (direction OUTPUT))\n";
+      return;
     }
     writePort({Pin::Din, false, module.inputWidth});
     writePort({Pin::Dout, true, module.outputWidth});
@@ -202,7 +314,11 @@ class EdifWriter {
   void writeInstance(const Module& module, const ModuleNetlist& netlist, size_t index) {
     const ModuleNetlist::Instance& instance = netlist.instances()[index];
     out_ << "     (instance ";
-    writeName(netlist.text(instance.name), instance.name.keepsBrackets);
+    if (implementation_ != nullptr) {
+      writeNamed(instanceIdentifiers_[index], netlist.text(instance.name));
+    } else {
+      writeName(netlist.text(instance.name), instance.name.keepsBrackets);
+    }
     out_ << " (viewref netlist (cellref ";
     if (instance.module != ModuleNetlist::kNone) {
       out_ << design_.definitionName(instance.module) << " (libraryref work)))\n"
@@ -219,12 +335,24 @@ class EdifWriter {
       case CellKind::Lut:
         writeLutContents(cell.number, lot);
         break;
+      case CellKind::BufferLut:
+        out_ << "\n      (property INIT (string \"2'h2\"))";
+        break;
+      case CellKind::InverterLut:
+        out_ << "\n      (property INIT (string \"2'h1\"))";
+        break;
       case CellKind::Fdre:
       case CellKind::Fdse:
       case CellKind::Fdce:
       case CellKind::Fdpe:
         out_ << "\n      (property INIT (string \"1'b" << ((lot & 1) != 0 ? '1' : '0') << "\"))";
         if ((lot >> 1) % 50 == 0) writeInversion(cell.kind, lot >> 8);
+        break;
+      case CellKind::FdreFalling:
+      case CellKind::FdseFalling:
+      case CellKind::FdceFalling:
+      case CellKind::FdpeFalling:
+        out_ << "\n      (property INIT (string \"1'b" << ((lot & 1) != 0 ? '1' : '0') << "\"))";
         break;
       case CellKind::Carry:
         out_ << "\n      (property adderStyle (integer 35))"
@@ -258,9 +386,14 @@ class EdifWriter {
          << ((lot & 64) != 0 ? '1' : '0') << "\"))";
   }
 
-  void writeNet(const ModuleNetlist& netlist, const ModuleNetlist::Net& net) {
+  void writeNet(const ModuleNetlist& netlist, size_t place) {
+    const ModuleNetlist::Net& net = netlist.nets()[place];
     out_ << "     (net ";
-    writeName(netlist.text(net.name), net.name.keepsBrackets);
+    if (implementation_ != nullptr) {
+      writeNamed(netIdentifiers_[place], netlist.text(net.name));
+    } else {
+      writeName(netlist.text(net.name), net.name.keepsBrackets);
+    }
     out_ << " (joined\n";
     for (uint32_t index = net.first; index != ModuleNetlist::kNone;) {
       const ModuleNetlist::Connection& connection = netlist.connection(index);
@@ -272,7 +405,10 @@ class EdifWriter {
 
   void writeReference(const ModuleNetlist& netlist, const ModuleNetlist::Connection& connection) {
     out_ << "      (portref ";
-    if (connection.member == ModuleNetlist::kNoMember) {
+    if (const std::string port = specialPort(netlist, connection); !port.empty()) {
+      writePrefix(port);
+      out_ << std::string_view(port);
+    } else if (connection.member == ModuleNetlist::kNoMember) {
       writeIdentifier(pinName(connection.pin), false);
     } else {
       out_ << "(member " << arrayName(connection.pin) << ' ' << uint64_t{connection.member} << ')';
@@ -280,22 +416,52 @@ class EdifWriter {
     if (connection.instance != ModuleNetlist::kModuleItself) {
       const ModuleNetlist::Name name = netlist.instances()[connection.instance].name;
       out_ << " (instanceref ";
-      writeIdentifier(netlist.text(name), name.keepsBrackets);
+      if (implementation_ != nullptr) {
+        writePrefix(instanceIdentifiers_[connection.instance]);
+        out_ << std::string_view(instanceIdentifiers_[connection.instance]);
+      } else {
+        writeIdentifier(netlist.text(name), name.keepsBrackets);
+      }
       out_ << ')';
     }
     out_ << ")\n";
   }
 
+  /// The identifier of a module's port that hazards made another than usual, else nothing.
+  std::string specialPort(const ModuleNetlist& netlist,
+                          const ModuleNetlist::Connection& connection) const {
+    if (implementation_ == nullptr) return "";
+    const bool isOwn = connection.instance == ModuleNetlist::kModuleItself;
+    const uint32_t owner = isOwn ? definition_ : netlist.instances()[connection.instance].module;
+    if (owner == ModuleNetlist::kNone) return "";
+    const Ports& ports = ports_[owner];
+    if (connection.pin == Pin::Valid) return identifierOf(ports.valid);
+    if (connection.pin != Pin::Din && connection.pin != Pin::Dout) return "";
+    const BusPort& bus = connection.pin == Pin::Din ? ports.din : ports.dout;
+    if (!bus.isBits) return "";
+    return identifierOf(portBitName(bus, bus.subscripts.back().size() - 1 - connection.member));
+  }
+
   const Design& design_;
+  const Implementation* implementation_;
   const View view_;
   const bool renames_;
   OutputFile out_;
+  std::vector<Ports> ports_;
+  uint32_t definition_ = 0;  ///< of the module in hand, as are the identifiers
+  std::vector<std::string> instanceIdentifiers_;
+  std::vector<std::string> netIdentifiers_;
 };
 
 }  // namespace
 
 void writeEdif(const Design& design, View view, const std::string& path) {
-  EdifWriter(design, view, path).run();
+  EdifWriter(design, nullptr, view, path).run();
+}
+
+void writeEdif(const Design& design, const Implementation& implementation, View view,
+               const std::string& path) {
+  EdifWriter(design, &implementation, view, path).run();
 }
 
 }  // namespace generate

@@ -21,6 +21,10 @@ class Elaboration {
       for (uint32_t row = 0; row < bank.rows; ++row) {
         if (bank.operation != Operation::Copy) addOperator(bank, row);
       }
+      if (bank.grouping != Grouping::Bits) {
+        addWideRegisters(bank);
+        continue;
+      }
       for (uint32_t bit = 0; bit < bank.size(); ++bit) addRegister(bank, bit);
     }
     return std::move(netlist_);
@@ -61,11 +65,40 @@ class Elaboration {
     const uint32_t cell = netlist_.addInstance(
         instanceName(bank, bit), rtlRegisterCell(module_, bank), bank.naming != Naming::Cleaned);
     netlist_.connect(wiring_.output(bank, bit), cell, Pin::Q);
+    if (bank.storage == Storage::Latch) {
+      netlist_.connect(wiring_.enable(), cell, Pin::G);
+      netlist_.connect(data(bank, bit), cell, Pin::D);
+      return;
+    }
     netlist_.connect(wiring_.clock(), cell, Pin::C);
     if (bank.enabled) netlist_.connect(wiring_.enable(), cell, Pin::CE);
     netlist_.connect(data(bank, bit), cell, Pin::D);
     if (bank.control != Control::None) {
       netlist_.connect(wiring_.reset(), cell, rtlControlPin(bank.control));
+    }
+  }
+
+  void addWideRegisters(const Bank& bank) {
+    const uint32_t slices = bank.grouping == Grouping::TwoSlices ? 2 : 1;
+    const uint32_t width = bank.width / slices;
+    for (uint32_t row = 0; row < bank.rows; ++row) {
+      for (uint32_t slice = slices; slice-- > 0;) {
+        const uint32_t low = slice * width;
+        addWideRegister(bank, row, low, slice + 1 == slices ? bank.width - 1 : low + width - 1);
+      }
+    }
+  }
+
+  void addWideRegister(const Bank& bank, uint32_t row, uint32_t low, uint32_t high) {
+    const uint32_t width = high - low + 1;
+    const uint32_t cell =
+        netlist_.addInstance(sliceInstanceName(bank, row, low, high), rtlWideRegisterCell(width));
+    netlist_.connect(wiring_.clock(), cell, Pin::C);
+    if (bank.enabled) netlist_.connect(wiring_.enable(), cell, Pin::CE);
+    for (uint32_t column = low; column <= high; ++column) {
+      const uint32_t bit = row * bank.width + column;
+      netlist_.connectBit(wiring_.output(bank, bit), cell, Pin::Q, column - low, width);
+      netlist_.connectBit(data(bank, bit), cell, Pin::D, column - low, width);
     }
   }
 
@@ -77,10 +110,22 @@ class Elaboration {
         return wiring_.constant(true);
       case Fate::Live:
       case Fate::Removed:
+      case Fate::Merged:
+      case Fate::Inverted:
         break;
     }
-    if (bank.operation == Operation::Copy) return wiring_.liveOperand(bank.a, bit);
-    return next_[bit];
+    if (bank.operation != Operation::Copy) return next_[bit];
+    const uint32_t operand = wiring_.liveOperand(bank.a, bit);
+    return bank.inverts ? inverse(bank, bit, operand) : operand;
+  }
+
+  uint32_t inverse(const Bank& bank, uint32_t bit, uint32_t operand) {
+    const uint32_t cell =
+        netlist_.addInstance(registerName(bank, bit) + "_i", {CellKind::RtlInverter});
+    netlist_.connect(operand, cell, Pin::I0);
+    const uint32_t next = netlist_.addNet(nextNetName(bank, bit));
+    netlist_.connect(next, cell, Pin::O);
+    return next;
   }
 
   void setNext(const Bank& bank, uint32_t bit, uint32_t net) {

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kStart =
     "#-----------------------------------------------------------\n"
     "# Tarvona 2024.1 (64-bit)\n"
-    "# Start of session at: Mon Feb 19 01:02:11 2024\n"
+    "# Started at: Mon Feb 19 01:02:11 2024\n"
     "#-----------------------------------------------------------\n"
     "INFO: [Synth 8-7079] Multithreading enabled for synth_design using a maximum of 4 processes.\n"
     "Starting RTL Elaboration : Time (s): cpu = 00:00:03 ; elapsed = 00:00:04\n";

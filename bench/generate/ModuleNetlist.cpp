@@ -12,7 +12,7 @@ ModuleNetlist::Name ModuleNetlist::store(std::string_view name, bool keepsBracke
 }
 
 uint32_t ModuleNetlist::addInstance(std::string_view name, Cell cell, bool keepsBrackets) {
-  instances_.push_back({store(name, keepsBrackets), kNone, cell});
+  instances_.push_back({store(name, keepsBrackets), kNone, cell, kNone, false});
   return static_cast<uint32_t>(instances_.size()) - 1;
 }
 
@@ -25,6 +25,45 @@ uint32_t ModuleNetlist::addSubmodule(std::string_view name, uint32_t definition)
 uint32_t ModuleNetlist::addNet(std::string_view name, bool keepsBrackets) {
   nets_.push_back({store(name, keepsBrackets)});
   return static_cast<uint32_t>(nets_.size()) - 1;
+}
+
+void ModuleNetlist::setRegister(uint32_t instance, uint32_t reg, bool isReplica) {
+  instances_[instance].reg = reg;
+  instances_[instance].isReplica = isReplica;
+}
+
+void ModuleNetlist::renameInstance(uint32_t instance, std::string_view name) {
+  instances_[instance].name = store(std::string(name), false);
+}
+
+void ModuleNetlist::renameNet(uint32_t net, std::string_view name) {
+  nets_[net].name = store(std::string(name), false);
+}
+
+std::vector<uint32_t> ModuleNetlist::outputNets() const {
+  std::vector<uint32_t> outputs(instances_.size(), kNone);
+  for (uint32_t net = 0; net < nets_.size(); ++net) {
+    for (uint32_t at = nets_[net].first; at != kNone; at = connections_[at].next) {
+      const Connection& joined = connections_[at];
+      if (joined.instance == kModuleItself || joined.member != kNoMember) continue;
+      if (joined.pin == Pin::Q || joined.pin == Pin::O) outputs[joined.instance] = net;
+    }
+  }
+  return outputs;
+}
+
+std::vector<ModuleNetlist::Connection> ModuleNetlist::connectionsOf(uint32_t net) const {
+  std::vector<Connection> all;
+  for (uint32_t at = nets_[net].first; at != kNone; at = connections_[at].next) {
+    all.push_back(connections_[at]);
+  }
+  return all;
+}
+
+void ModuleNetlist::setConnections(uint32_t net, const std::vector<Connection>& connections) {
+  nets_[net].first = kNone;
+  nets_[net].last = kNone;
+  for (const Connection& connection : connections) join(net, connection);
 }
 
 void ModuleNetlist::connect(uint32_t net, uint32_t instance, Pin pin) {
@@ -40,6 +79,7 @@ void ModuleNetlist::join(uint32_t net, const Connection& connection) {
   if (net == kNone) return;
   const auto index = static_cast<uint32_t>(connections_.size());
   connections_.push_back(connection);
+  connections_.back().next = kNone;
   Net& joined = nets_[net];
   if (joined.first == kNone) {
     joined.first = index;

@@ -28,6 +28,10 @@ class ModuleNetlist {
     Name name;
     uint32_t module = kNone;  ///< the definition of a submodule, else `cell` holds
     Cell cell{CellKind::Lut};
+    /// Of a cell that holds a register, the register's number; of a submodule, the number of its
+    /// first register. Both count from the module's own first register.
+    uint32_t reg = kNone;
+    bool isReplica = false;
   };
   struct Connection {
     uint32_t instance;
@@ -45,6 +49,10 @@ class ModuleNetlist {
   uint32_t addSubmodule(std::string_view name, uint32_t definition);
   uint32_t addNet(std::string_view name, bool keepsBrackets = false);
 
+  void setRegister(uint32_t instance, uint32_t reg, bool isReplica = false);
+  void renameInstance(uint32_t instance, std::string_view name);
+  void renameNet(uint32_t net, std::string_view name);
+
   /// Joins a single pin to a net; a net of kNone stays out.
   void connect(uint32_t net, uint32_t instance, Pin pin);
   /// Joins bit `bit` of an array that is `width` wide.
@@ -53,11 +61,19 @@ class ModuleNetlist {
   std::string_view text(Name name) const { return {text_.data() + name.offset, name.length}; }
   const std::vector<Instance>& instances() const { return instances_; }
   const std::vector<Net>& nets() const { return nets_; }
+  std::string_view instanceText(uint32_t instance) const { return text(instances_[instance].name); }
+  std::string_view netText(uint32_t net) const { return text(nets_[net].name); }
+  /// The net that each cell's output Q or O drives; kNone for others.
+  std::vector<uint32_t> outputNets() const;
+  /// The connections of a net, in order.
+  std::vector<Connection> connectionsOf(uint32_t net) const;
+  /// Puts others in their place.
+  void setConnections(uint32_t net, const std::vector<Connection>& connections);
+  void join(uint32_t net, const Connection& connection);
   const Connection& connection(uint32_t index) const { return connections_[index]; }
 
  private:
   Name store(std::string_view name, bool keepsBrackets);
-  void join(uint32_t net, const Connection& connection);
 
   std::string text_;
   std::vector<Instance> instances_;

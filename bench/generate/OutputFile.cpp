@@ -2,11 +2,12 @@
 
 #include <charconv>
 #include <stdexcept>
+#include <utility>
 
 namespace generate {
 
-OutputFile::OutputFile(const std::string& path)
-    : path_(path), file_(std::fopen(path.c_str(), "wb")) {
+OutputFile::OutputFile(const std::string& path, LineEnd lineEnd)
+    : path_(path), lineEnd_(lineEnd), file_(std::fopen(path.c_str(), "wb")) {
   if (!file_) throw std::runtime_error("cannot write " + path_);
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);
   buffer_.reserve(kFlushSize + (kFlushSize >> 2));
@@ -18,6 +19,15 @@ OutputFile& OutputFile::operator<<(uint64_t number) {
 }
 
 void OutputFile::flush() {
+  if (lineEnd_ == LineEnd::CrLf) {
+    std::string text;
+    text.reserve(buffer_.size() + buffer_.size() / 16);
+    for (const char character : buffer_) {
+      if (character == '\n') text += '\r';
+      text += character;
+    }
+    buffer_ = std::move(text);
+  }
   if (std::fwrite(buffer_.data(), 1, buffer_.size(), file_.get()) != buffer_.size()) {
     throw std::runtime_error("cannot write all of " + path_);
   }

@@ -9,10 +9,12 @@
 
 namespace generate {
 
+enum class LineEnd : uint8_t { Lf, CrLf };
+
 /// A text file that is written through one large buffer. Every failure throws std::runtime_error.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path);
+  explicit OutputFile(const std::string& path, LineEnd lineEnd = LineEnd::Lf);
 
   OutputFile& operator<<(std::string_view text) {
     buffer_.append(text);
@@ -37,6 +39,7 @@ class OutputFile {
   void flush();
 
   std::string path_;
+  LineEnd lineEnd_;
   std::unique_ptr<std::FILE, Closer> file_;
   std::string buffer_;
 };

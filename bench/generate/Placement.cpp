@@ -13,6 +13,8 @@ constexpr uint32_t kFramesPerColumn = 128;
 constexpr uint32_t kFirstFrame = 0x00400000;
 constexpr uint32_t kFirstMinor = 0x1a;
 
+constexpr uint32_t kRegions = 3;
+
 }  // namespace
 
 Placement::Placement(uint64_t seed) : factor_(scramble(seed, 10) | 1), shift_(scramble(seed, 11)) {}
@@ -41,6 +43,12 @@ Location Placement::location(uint64_t reg) const {
 Location Placement::multiplexed(Location location) {
   location.frame += 2;
   return location;
+}
+
+uint32_t Placement::enterRegion(Location& location) {
+  const uint32_t column = (location.frame - kFirstFrame) / kFramesPerColumn;
+  location.frame -= (column - column / kRegions) * kFramesPerColumn;
+  return column % kRegions;
 }
 
 }  // namespace generate

@@ -27,6 +27,9 @@ class Placement {
   Location location(uint64_t reg) const;
   /// The multiplexer output of the same slice, which is another bit of the device.
   static Location multiplexed(Location location);
+  /// One of a device's regions, and the same place counted within it. The regions of a device have
+  /// the same addresses.
+  static uint32_t enterRegion(Location& location);
 
  private:
   uint64_t factor_;

@@ -35,6 +35,9 @@ void appendSubscripts(std::string& text, const Bank& bank, uint32_t bit) {
     case Layout::RecordScalar:
       appendSubscript(text, bank.field);
       break;
+    case Layout::Subscripted:
+      appendSubscripts(text, bank.subscripts, bit);
+      break;
   }
 }
 
@@ -48,6 +51,22 @@ std::string composed(const Bank& bank, std::string_view middle, uint32_t bit) {
 
 }  // namespace
 
+void appendSubscripts(std::string& text, const std::vector<Subscript>& subscripts,
+                      uint32_t element) {
+  uint32_t below = 1;
+  for (const Subscript& subscript : subscripts) below *= subscript.size();
+  for (const Subscript& subscript : subscripts) {
+    below /= subscript.size();
+    text += '[';
+    if (subscript.field.empty()) {
+      text += std::to_string(subscript.index(element / below % subscript.size()));
+    } else {
+      text += subscript.field;
+    }
+    text += ']';
+  }
+}
+
 std::string registerName(const Bank& bank, uint32_t bit) { return composed(bank, "", bit); }
 
 std::string instanceName(const Bank& bank, uint32_t bit) { return composed(bank, "_reg", bit); }
@@ -55,6 +74,24 @@ std::string instanceName(const Bank& bank, uint32_t bit) { return composed(bank,
 std::string outputNetName(const Module& module, const Bank& bank, uint32_t bit) {
   if (!module.hasToolNet(bank, bit)) return registerName(bank, bit);
   return composed(bank, bank.layout == Layout::Scalar ? "_reg_n_0" : "_reg_n_0_", bit);
+}
+
+std::string sliceInstanceName(const Bank& bank, uint32_t row, uint32_t low, uint32_t high) {
+  std::string text = bank.base + "_reg";
+  if (bank.grouping == Grouping::Unprinted) return text;
+  const std::vector<Subscript> outer(bank.subscripts.begin(), bank.subscripts.end() - 1);
+  appendSubscripts(text, outer, row);
+  const Subscript& range = bank.subscripts.back();
+  return text + '[' + std::to_string(range.index(high)) + ':' + std::to_string(range.index(low)) +
+         ']';
+}
+
+std::string inserted(std::string_view name, std::string_view infix) {
+  const size_t bracket = name.find('[');
+  std::string text(name.substr(0, bracket));
+  text += infix;
+  if (bracket != std::string_view::npos) text += name.substr(bracket);
+  return text;
 }
 
 std::string nextNetName(const Bank& bank, uint32_t bit) { return composed(bank, "_next", bit); }

@@ -29,6 +29,7 @@ ModelBit renamedBit(const std::string& prefix, const Bank& bank, uint32_t bit) {
     case Layout::Matrix:
     case Layout::Record:
     case Layout::RecordScalar:
+    case Layout::Subscripted:
       break;
   }
   return {prefix + registerName(bank, bit), 0};

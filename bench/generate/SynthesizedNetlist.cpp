@@ -27,7 +27,7 @@ class Synthesis {
       carry_ = ModuleNetlist::kNone;
       for (uint32_t bit = 0; bit < bank.size(); ++bit) {
         if (usesCarry(bank) && bit % bank.width % kCarryBits == 0) addCarry(bank, bit);
-        if (module_.fate(bank, bit) == Fate::Live) addRegister(bank, bit, addLogic(bank, bit));
+        if (module_.isImplemented(bank, bit)) addRegister(bank, bit, addLogic(bank, bit));
       }
     }
     return std::move(netlist_);
@@ -55,7 +55,10 @@ class Synthesis {
 
   /// Adds what computes a register's next value and returns the net that holds it.
   uint32_t addLogic(const Bank& bank, uint32_t bit) {
-    if (bank.operation == Operation::Copy) return wiring_.liveOperand(bank.a, bit);
+    if (bank.operation == Operation::Copy) {
+      const uint32_t operand = wiring_.liveOperand(bank.a, bit);
+      return bank.inverts ? inverse(bank, bit, operand) : operand;
+    }
     gatherSources(bank, bit);
     const uint32_t result = netlist_.addNet(dataNetName(module_, bank, bit));
     if (!usesCarry(bank)) {
@@ -68,6 +71,14 @@ class Synthesis {
     netlist_.connectBit(sources_[0], carry_, Pin::DI, place, kCarryBits);
     netlist_.connectBit(result, carry_, Pin::O, place, kCarryBits);
     addLuts(bank, bit, sum);
+    return result;
+  }
+
+  uint32_t inverse(const Bank& bank, uint32_t bit, uint32_t operand) {
+    const uint32_t cell = netlist_.addInstance(lutName(bank, bit, 1), {CellKind::InverterLut});
+    netlist_.connect(operand, cell, Pin::I0);
+    const uint32_t result = netlist_.addNet(dataNetName(module_, bank, bit));
+    netlist_.connect(result, cell, Pin::O);
     return result;
   }
 
@@ -130,14 +141,30 @@ class Synthesis {
   }
 
   void addRegister(const Bank& bank, uint32_t bit, uint32_t data) {
-    const uint32_t cell = netlist_.addInstance(instanceName(bank, bit), flipFlopCell(bank.control),
+    const uint32_t cell = netlist_.addInstance(instanceName(bank, bit), storageCell(bank),
                                                bank.naming != Naming::Cleaned);
+    netlist_.setRegister(cell, bank.first + bit);
     netlist_.connect(wiring_.output(bank, bit), cell, Pin::Q);
+    if (bank.storage == Storage::Latch) {
+      connectLatch(cell, data);
+      return;
+    }
     netlist_.connect(wiring_.clock(), cell, Pin::C);
     netlist_.connect(bank.enabled ? wiring_.enable() : wiring_.constant(true), cell, Pin::CE);
     netlist_.connect(data, cell, Pin::D);
     netlist_.connect(bank.control == Control::None ? wiring_.constant(false) : wiring_.reset(),
                      cell, flipFlopControlPin(bank.control));
+  }
+
+  void connectLatch(uint32_t latch, uint32_t data) {
+    for (const Port& port : cellPorts(netlist_.instances()[latch].cell)) {
+      if (port.pin == Pin::D) netlist_.connect(data, latch, port.pin);
+      if (port.pin == Pin::G) netlist_.connect(wiring_.enable(), latch, port.pin);
+      if (port.pin == Pin::GE) netlist_.connect(wiring_.constant(true), latch, port.pin);
+      if (port.pin == Pin::CLR || port.pin == Pin::PRE) {
+        netlist_.connect(wiring_.reset(), latch, port.pin);
+      }
+    }
   }
 
   const Module& module_;

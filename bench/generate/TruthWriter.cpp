@@ -43,6 +43,8 @@ void writeTruth(const Design& design, const Placement& placement, const std::str
             out << "constant 1";
             break;
           case Fate::Removed:
+          case Fate::Merged:
+          case Fate::Inverted:
             out << "removed";
             break;
         }

@@ -1,5 +1,6 @@
 #include "Wiring.h"
 
+#include "HazardPorts.h"
 #include "OutputFile.h"
 #include "RegisterNames.h"
 
@@ -54,7 +55,7 @@ void Wiring::addPorts(View view) {
   addInputPin(select_[1], Pin::Sel1);
   for (uint32_t bit = 0; bit < module_.inputWidth; ++bit) {
     // A net whose identifier is din[3] is a bit of the bus that the port declares.
-    inputs_.push_back(netlist_.addNet(bitName("din", bit), keepsInputBrackets_));
+    inputs_.push_back(netlist_.addNet(portBitName(module_.ports.din, bit), keepsInputBrackets_));
     netlist_.connectBit(inputs_.back(), kItself, Pin::Din, bit, module_.inputWidth);
   }
 }
@@ -66,10 +67,8 @@ void Wiring::addRegisterNets(View view) {
   for (const Bank& bank : module_.banks) {
     const bool keepsBrackets = bank.naming == Naming::BracketNets;
     for (uint32_t bit = 0; bit < bank.size(); ++bit) {
-      if (view == View::Synthesized && module_.fate(bank, bit) != Fate::Live) continue;
-      const uint32_t net = netlist_.addNet(
-          view == View::Elaborated ? registerName(bank, bit) : outputNetName(module_, bank, bit),
-          keepsBrackets);
+      if (view == View::Synthesized && !module_.isImplemented(bank, bit)) continue;
+      const uint32_t net = netlist_.addNet(registerNetName(view, bank, bit), keepsBrackets);
       registers_[bank.first + bit] = net;
       if (!bank.isPort) continue;
       if (bank.layout == Layout::Scalar) {
@@ -78,6 +77,25 @@ void Wiring::addRegisterNets(View view) {
         netlist_.connectBit(net, kItself, Pin::Dout, bit, module_.outputWidth);
       }
     }
+  }
+  if (view == View::Synthesized) joinMerged();
+}
+
+std::string Wiring::registerNetName(View view, const Bank& bank, uint32_t bit) const {
+  const bool isElaborated = view == View::Elaborated;
+  if (bank.isPort && bank.layout != Layout::Scalar && module_.has(Hazard::PortNets) &&
+      (!isElaborated || bit % 2 == 0)) {
+    return portBitName(module_.ports.dout, bit);
+  }
+  return isElaborated ? registerName(bank, bit) : outputNetName(module_, bank, bit);
+}
+
+/// What a merged register feeds hangs on its survivor.
+void Wiring::joinMerged() {
+  for (uint32_t reg = 0; reg < module_.outcomes.size(); ++reg) {
+    const Outcome& outcome = module_.outcomes[reg];
+    if (outcome.fate != Fate::Merged || outcome.isInTwin) continue;
+    registers_[reg] = registers_[outcome.survivor];
   }
 }
 

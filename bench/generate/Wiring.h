@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace generate {
@@ -37,6 +38,8 @@ class Wiring {
   void addPorts(View view);
   void addInputPin(uint32_t net, Pin pin);
   void addRegisterNets(View view);
+  std::string registerNetName(View view, const Bank& bank, uint32_t bit) const;
+  void joinMerged();
   void addChildren(const Design& design);
   uint32_t childInput(size_t child, uint32_t bit) const;
 

@@ -1,5 +1,10 @@
 #include "Design.h"
 #include "EdifWriter.h"
+#include "HazardLocations.h"
+#include "HazardLog.h"
+#include "HazardTruth.h"
+#include "Hazards.h"
+#include "Implementation.h"
 #include "LocationWriter.h"
 #include "LogWriter.h"
 #include "Placement.h"
@@ -19,7 +24,8 @@ constexpr uint64_t kMaxRegisters = 100'000'000;
 
 constexpr const char* kUsage =
     "usage: generate --registers N --out DIR [--seed S] [--shape tree|narrow|deep|wide]\n"
-    "                [--renames]\n"
+    "                [--renames] [--hazards LIST|all|none]\n"
+    "       generate --list-hazards\n"
     "\n"
     "Invents a design of N registers and writes what the tools of a build would leave behind:\n"
     "  rtl.edf     the elaborated netlist\n"
@@ -34,7 +40,11 @@ constexpr const char* kUsage =
     "  --seed S        which of the designs of that size (default 1)\n"
     "  --shape SHAPE   tree: four levels (default); narrow: many small modules;\n"
     "                  deep: fifty levels; wide: one flat module\n"
-    "  --renames       printable names beside the identifiers, as today's tools write them\n";
+    "  --renames       printable names beside the identifiers, as today's tools write them\n"
+    "  --hazards LIST  a design of plain names with these habits of real ones, names with commas\n"
+    "                  between them; printable names too, and a list of what extended reading "
+    "finds\n"
+    "  --list-hazards  print the names, with what each is\n";
 
 class UsageError : public std::runtime_error {
  public:
@@ -45,6 +55,7 @@ struct Arguments {
   generate::Options options;
   std::string directory;
   bool wantsHelp = false;
+  bool wantsHazards = false;
 };
 
 uint64_t parseNumber(std::string_view name, std::string_view text) {
@@ -64,6 +75,14 @@ generate::Shape parseShape(std::string_view text) {
   throw UsageError("--shape: unknown shape: " + std::string(text));
 }
 
+generate::Hazards parseHazardList(std::string_view text) {
+  try {
+    return generate::parseHazards(text);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string("--hazards: ") + error.what());
+  }
+}
+
 Arguments parseArguments(int count, char** words) {
   Arguments arguments;
   bool hasRegisters = false;
@@ -77,7 +96,14 @@ Arguments parseArguments(int count, char** words) {
       arguments.wantsHelp = true;
       return arguments;
     }
-    if (name == "--renames") {
+    if (name == "--list-hazards") {
+      arguments.wantsHazards = true;
+      return arguments;
+    }
+    if (name == "--hazards") {
+      arguments.options.hazards = parseHazardList(value());
+      arguments.options.renames = true;
+    } else if (name == "--renames") {
       arguments.options.renames = true;
     } else if (name == "--registers") {
       arguments.options.registers = parseNumber(name, value());
@@ -99,11 +125,25 @@ Arguments parseArguments(int count, char** words) {
   return arguments;
 }
 
+void writeHazardousDesign(const generate::Design& design, const generate::Placement& placement,
+                          const std::filesystem::path& directory) {
+  const generate::Implementation implementation(design);
+  generate::writeEdif(design, implementation, generate::View::Elaborated, directory / "rtl.edf");
+  generate::writeEdif(design, implementation, generate::View::Synthesized, directory / "synth.edf");
+  generate::writeHazardLocations(design, implementation, placement, directory / "design.ll");
+  generate::writeHazardLog(design, directory / "synth.log");
+  generate::writeHazardTruth(design, placement, directory / "truth.txt");
+}
+
 void writeDesign(const Arguments& arguments) {
   const std::filesystem::path directory = arguments.directory;
   std::filesystem::create_directories(directory);
   const generate::Design design(arguments.options);
   const generate::Placement placement(arguments.options.seed);
+  if (design.options().hazards) {
+    writeHazardousDesign(design, placement, directory);
+    return;
+  }
   generate::writeEdif(design, generate::View::Elaborated, directory / "rtl.edf");
   generate::writeEdif(design, generate::View::Synthesized, directory / "synth.edf");
   generate::writeLocations(design, placement, directory / "design.ll");
@@ -118,6 +158,10 @@ int main(int count, char** words) {
     const Arguments arguments = parseArguments(count, words);
     if (arguments.wantsHelp) {
       std::fputs(kUsage, stdout);
+      return 0;
+    }
+    if (arguments.wantsHazards) {
+      generate::printHazards();
       return 0;
     }
     writeDesign(arguments);
