@@ -13,6 +13,27 @@
 
 namespace XRF_RTL2LL {
 
+namespace {
+
+constexpr std::size_t prefix = 6;  // of a site's name, as in SLICE_
+
+bool scanCoordinates(std::string_view text, std::uint32_t& row) {
+  std::string coordinates(text);
+  std::replace_if(
+      coordinates.begin(), coordinates.end(), [](char byte) { return byte == 'X' || byte == 'Y'; },
+      ' ');
+  Scan scan(coordinates);
+  std::uint32_t column = 0;
+  return scan.integer(column) && scan.integer(row);
+}
+
+bool hasCoordinates(std::string_view block) {
+  std::uint32_t row = 0;
+  return block.size() >= prefix && scanCoordinates(block.substr(prefix), row);
+}
+
+}  // namespace
+
 /// Records the locations that one logic-location file names.
 class LogicLocationReader {
  public:
@@ -116,6 +137,10 @@ void LogicLocationReader::parse_line() {
       fatalSilently("The block %s is of a type that no register location is known for.",
                     std::string(location.block).c_str());
   }
+  if (m_reading.has(Rule::SkipForeignBlocks) && !hasCoordinates(location.block)) {
+    ++m_design.locations.skippedBlocks;
+    return;
+  }
   if (!location.hasSlr) location.slr = slrOf(location.block);
   report(m_reading.has(Rule::RawLocations) ? match(location) : record(location), location.net);
 }
@@ -130,6 +155,12 @@ bool LogicLocationReader::scan(std::string_view line, Location& location) const 
       scan.literal(" Block ") && scan.word(location.block) && scan.literal(" Latch ") &&
       scan.word(location.latch) && scan.literal(" Net ") && scan.word(location.net);
   location.frame = static_cast<std::uint32_t>(frame);
+  if (matches && m_reading.has(Rule::RawLocations)) {
+    // An escaped name may hold blanks; the net is the last column.
+    const std::size_t end = line.find_last_not_of(" \t\r");
+    const auto start = static_cast<std::size_t>(location.net.data() - line.data());
+    location.net = line.substr(start, end + 1 - start);
+  }
   return matches;
 }
 
@@ -137,9 +168,11 @@ bool LogicLocationReader::scan(std::string_view line, Location& location) const 
 bool LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
   if (!m_reading.has(Rule::RegionColumns)) return true;
   Scan columns = scan;
-  std::uint32_t name = 0;
-  location.hasSlr =
-      columns.literal(" SLR") && columns.integer(name) && columns.integer(location.slr);
+  std::uint32_t region = 0;
+  std::uint32_t number = 0;
+  // The region is the number in its name; the column after it counts something else.
+  location.hasSlr = columns.literal(" SLR") && columns.integer(region) && columns.integer(number);
+  if (location.hasSlr) location.slr = region;
   if (location.hasSlr) scan = columns;
   return true;
 }
@@ -160,16 +193,9 @@ LogicLocationReader::Outcome LogicLocationReader::match(const Location& location
 
 // The row of a site, as in SLICE_X3Y140, tells in which super logic region it lies.
 std::uint32_t LogicLocationReader::slrOf(std::string_view block) const {
-  constexpr std::size_t prefix = 6;
   if (block.size() < prefix) throw std::length_error("basic_string::_M_create");
-  std::string coordinates(block.substr(prefix));
-  std::replace_if(
-      coordinates.begin(), coordinates.end(), [](char byte) { return byte == 'X' || byte == 'Y'; },
-      ' ');
-  Scan scan(coordinates);
-  std::uint32_t x = 0;
   std::uint32_t y = 0;
-  if (!scan.integer(x) || !scan.integer(y)) {
+  if (!scanCoordinates(block.substr(prefix), y)) {
     fatalSilently("The block %s has no coordinates.", std::string(block).c_str());
   }
   return m_slr_size == 0 ? 0 : y / m_slr_size;

@@ -215,9 +215,15 @@ std::vector<NamedBits> netCandidates(std::string_view top, std::string_view net)
 
 std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance) {
   std::vector<NamedBits> candidates;
+  // Some messages put a colon after a level.
+  std::string levels = cleaned(instance);
+  for (std::size_t at = levels.find(":/"); at != std::string::npos; at = levels.find(":/", at)) {
+    levels.erase(at, 1);
+  }
+  const NamedBits whole = decodeRegister(levels);
+  if (whole.valid) addVariants(candidates, std::string(top), whole);
   const NamedBits bits = decodeRegister(cleaned(instance));
   if (!bits.valid) return candidates;
-  addVariants(candidates, std::string(top), bits);
   // Partitions put levels of their own before the name.
   std::string_view below = bits.signal;
   for (std::size_t slash = below.find('/'); slash != std::string_view::npos;

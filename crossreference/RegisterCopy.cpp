@@ -115,6 +115,14 @@ void RegisterCopy::matchFlattened() {
     }
   }
   if (missing.empty()) return;
+  // A register that has its twin may be what a flattened one is called now.
+  for (const Signal* rtl : m_registers) {
+    const std::string name = flattened(belowTop(rtl->getFullName(), RTL));
+    const auto found = missing.find(name);
+    if (found == missing.end()) continue;
+    const bool other = found->second.size() > 1 || found->second.front() != rtl;
+    if (other) m_disputed.insert(rtl);
+  }
   std::unordered_map<std::string, std::vector<Signal*>> left;
   m_state.signals[SYNTH].each([&](Signal* synth) {
     if (taken.count(synth) != 0 || !holdsRegisters(*synth)) return;
@@ -128,6 +136,7 @@ void RegisterCopy::matchFlattened() {
 }
 
 Signal* RegisterCopy::twin(const Signal& rtl) const {
+  if (m_disputed.count(&rtl) != 0) return nullptr;
   const auto found = m_flattened.find(&rtl);
   return found != m_flattened.end() ? found->second : namesake(rtl);
 }

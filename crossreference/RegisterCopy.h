@@ -4,6 +4,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -38,6 +39,7 @@ class RegisterCopy {
   std::vector<Signal*> m_registers;  // RTL signals that hold registers, in name order
   std::unordered_map<const Signal*, Signal*> m_flattened;
   std::vector<Unnamed> m_unnamed;
+  std::unordered_set<const Signal*> m_disputed;  // of a name that may mean two registers
 };
 
 }  // namespace XRF_RTL2LL

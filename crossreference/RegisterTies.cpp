@@ -38,6 +38,15 @@ bool fits(const NamedBits& name, const Signal& output) {
 
 }  // namespace
 
+// Two registers whose names mean the same bit: nobody can tell which one a file speaks of, so it is
+// no register for anybody.
+void RegisterTies::dispute(BitRef& place, BitRef& value) {
+  place.m_register = false;
+  place.m_disputed = true;
+  place.getBit()->setSrc(false);
+  value.getBit()->setSrc(false);
+}
+
 void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
   Signal* output = outputOf(instance);
   if (output == nullptr || !fits(name, *output)) return;
@@ -49,7 +58,9 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
   for (std::uint32_t index = output->getLsb(); index <= output->getMsb(); ++index) {
     BitRef* place = signal->getBitRef(placeOf(name, *output, index));
     BitRef* value = output->getBitRef(index);
-    if (place == nullptr || value == nullptr || place->m_register) continue;
+    if (place == nullptr || value == nullptr) continue;
+    if (place->m_register && !name.replica) dispute(*place, *value);
+    if (place->m_register || place->m_disputed) continue;
     place->merge(value);
     place->m_register = true;
   }

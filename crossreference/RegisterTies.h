@@ -24,6 +24,7 @@ class RegisterTies {
   /// Finds the place of a register of a loaded model, whose bits are merged already.
   void recall(Module& parent, Module& instance, const NamedBits& name);
 
+  static void dispute(BitRef& place, BitRef& value);
   static bool isTied(const BitRef& ref) { return ref.m_register; }
 
  private:
