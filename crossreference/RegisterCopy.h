@@ -1,11 +1,6 @@
 #pragma once
 
-#include <crossreference/NetlistState.h>
-
-#include <string>
-#include <unordered_map>
-#include <unordered_set>
-#include <vector>
+#include <crossreference/RegisterPairs.h>
 
 namespace XRF_RTL2LL {
 
@@ -14,7 +9,7 @@ namespace XRF_RTL2LL {
 /// count.
 class RegisterCopy {
  public:
-  explicit RegisterCopy(NetlistState& state);
+  explicit RegisterCopy(NetlistState& state) : m_state(state), m_pairs(state) {}
 
   /// Registers first, then equally named signals, but never onto another register's bit.
   void copy();
@@ -22,24 +17,8 @@ class RegisterCopy {
   void markUnread();
 
  private:
-  // A register whose name tells no signal, with the register of the same instance path, if any.
-  struct Unnamed {
-    const Signal* rtl;
-    const Signal* synth;
-  };
-
-  void matchUnnamed();
-  void matchFlattened();
-  std::string twinName(const std::string& rtl) const;
-  Signal* namesake(const Signal& rtl) const;
-  Signal* twin(const Signal& rtl) const;
-  std::string belowTop(const std::string& name, EdifView view) const;
-
   NetlistState& m_state;
-  std::vector<Signal*> m_registers;  // RTL signals that hold registers, in name order
-  std::unordered_map<const Signal*, Signal*> m_flattened;
-  std::vector<Unnamed> m_unnamed;
-  std::unordered_set<const Signal*> m_disputed;  // of a name that may mean two registers
+  RegisterPairs m_pairs;
 };
 
 }  // namespace XRF_RTL2LL

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <crossreference/NetlistState.h>
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace XRF_RTL2LL {
+
+/// Which register of the synthesized view is which register of the RTL, as extended reading tells
+/// it.
+class RegisterPairs {
+ public:
+  /// A register whose name tells no signal, with the register of the same instance path, if any.
+  struct Unnamed {
+    const Signal* rtl;
+    const Signal* synth;
+  };
+
+  explicit RegisterPairs(const NetlistState& state);
+
+  /// RTL signals that hold registers, in name order.
+  const std::vector<Signal*>& registers() const { return m_registers; }
+  /// The synthesized signal of one of them, or null.
+  Signal* twin(const Signal& rtl) const;
+  const std::vector<Unnamed>& unnamed() const { return m_unnamed; }
+  /// The synthesized signal of the same name below the top, or null.
+  Signal* namesake(const Signal& rtl) const;
+
+ private:
+  void matchUnnamed();
+  void matchFlattened();
+  std::string twinName(const std::string& rtl) const;
+  std::string belowTop(const std::string& name, EdifView view) const;
+
+  const NetlistState& m_state;
+  std::vector<Signal*> m_registers;
+  std::unordered_map<const Signal*, Signal*> m_flattened;
+  std::vector<Unnamed> m_unnamed;
+  std::unordered_set<const Signal*> m_disputed;  // of a name that may mean two registers
+};
+
+}  // namespace XRF_RTL2LL
