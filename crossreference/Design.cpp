@@ -45,8 +45,8 @@ void Design::setMatching(Matching matching) {
   const DesignUse use(m_state->model);
   if (m_state->started)
     fatalHere("The matching of a design can't be changed after its first read.");
-  m_state->netlist->m_state->reading =
-      matching == Matching::Extended ? Reading::extended() : Reading::strict();
+  readAs(*m_state->netlist,
+         matching == Matching::Extended ? Reading::extended() : Reading::strict());
 }
 
 int Design::parse_rtl(std::string file) {

@@ -69,6 +69,8 @@ void EdifReader::tie_printable(Module& instance, const ExprResult& name) {
   NamedBits bits = decodeRegister(*printable(name.second));
   if (!bits.valid) bits = decodeRegister(*printable(name.first));
   if (!bits.valid) return;
+  const bool single = output == nullptr || output->getWidth() == 1;
+  if (single && is_foreign(bits.signal)) bits = bits.whole();
   if (bits.replica) {
     m_deferred.push_back({&front(), &instance, 0, bits});
   } else {

@@ -83,6 +83,8 @@ std::vector<BitRef*> LogMatch::find(const std::string& name) const {
       BitRef* ref = signal->getBitRef(index, true);
       if (ref != nullptr && RegisterTies::isTied(*ref)) refs.push_back(ref);
     }
+    // From the right end to the left, however the range counts.
+    if (bits.ascending) std::reverse(refs.begin(), refs.end());
     if (refs.size() == bits.msb - bits.lsb + 1) return refs;
     refs.clear();
   }

@@ -201,4 +201,6 @@ bool InstanceRange::contains(const value_type& instance) const {
   });
 }
 
+void readAs(Netlist& netlist, const Reading& reading) { netlist.m_state->reading = reading; }
+
 }  // namespace XRF_RTL2LL

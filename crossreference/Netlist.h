@@ -14,6 +14,7 @@
 
 namespace XRF_RTL2LL {
 
+class Reading;
 struct NetlistState;
 
 /// The instances of one view as (definition name, full path) pairs, ordered by definition name and
@@ -117,6 +118,7 @@ class XRF_API Netlist {
   friend class InstanceRange;
   friend class LogicLocationReader;
   friend class SynthesisLogReader;
+  friend void readAs(Netlist& netlist, const Reading& reading);
   std::unique_ptr<NetlistState> m_state;
 };
 

@@ -223,7 +223,16 @@ EdifReader::ExprResult EdifReader::parse_array() {
       add_signal(m_state.model.names.intern(std::string_view(range.signal)),
                  std::min(range.left, range.right), std::max(range.left, range.right), name.first);
   m_ranges[result.signal] = range;
+  m_any_foreign = m_any_foreign || range.foreign;
   return result;
+}
+
+// Whether the indices of a bus are not those of its printable names, so that its bits can only go
+// by their whole names.
+bool EdifReader::is_foreign(const std::string& bus) const {
+  if (!m_any_foreign) return false;
+  const auto range = m_ranges.find(m_state.findByName(m_view, front(), bus));
+  return range != m_ranges.end() && range->second.foreign;
 }
 
 EdifReader::ExprResult EdifReader::parse_cell() {
@@ -468,7 +477,7 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   if (name.first == token::Const0 || name.first == token::Const1) return;
   const std::string* text = printable(name.second);
   const NamedBits bit = decodeBit(*text);
-  if (bit.valid) {
+  if (bit.valid && !is_foreign(bit.signal)) {
     const Signal* bus = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb);
     bus->getBitRef(bit.lsb)->merge(&joined);
     return;

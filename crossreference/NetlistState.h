@@ -65,6 +65,9 @@ struct NetlistState {
   unsigned int freeNumber(const Module& module, std::string_view name) const;
 };
 
+/// Sets the rules by which a netlist and the files beside it are read.
+void readAs(Netlist& netlist, const Reading& reading);
+
 /// How strict reading takes the bit of a bus from a name: `base[index]`, an index being a whole
 /// decimal number between its own brackets.
 struct BusBit {

@@ -38,6 +38,10 @@ bool isRange(std::string_view text) {
                      [](char byte) { return isDigit(byte) || byte == ':' || byte == '-'; });
 }
 
+bool isNegative(std::string_view text) {
+  return text.size() > 1 && text.front() == '-' && isNumber(text.substr(1));
+}
+
 // The bracket groups at the end of a name, and what stands before them.
 struct Groups {
   std::string_view base;
@@ -50,7 +54,7 @@ Groups splitGroups(std::string_view name) {
     const std::size_t open = groups.base.find_last_of("[]", groups.base.size() - 2);
     if (open == std::string_view::npos || open == 0 || groups.base[open] == ']') break;
     const std::string_view text = groups.base.substr(open + 1, groups.base.size() - open - 2);
-    if (!isNumber(text) && !isField(text) && !isRange(text)) break;
+    if (!isNumber(text) && !isField(text) && !isRange(text) && !isNegative(text)) break;
     groups.texts.insert(groups.texts.begin(), text);
     groups.base = groups.base.substr(0, open);
   }
@@ -77,18 +81,23 @@ std::string joined(std::string_view base, const Groups& groups, std::size_t drop
 NamedBits decodeGroups(std::string_view base, const Groups& groups) {
   NamedBits bits;
   bits.valid = true;
-  if (!groups.texts.empty() && isNumber(groups.texts.back()) &&
-      !toIndex(groups.texts.back(), bits.msb)) {
-    bits.valid = false;
-  } else if (!groups.texts.empty() && toIndex(groups.texts.back(), bits.msb)) {
+  bits.text = base;
+  for (const std::string_view text : groups.texts) {
+    bits.text += '[';
+    bits.text += text;
+    bits.text += ']';
+  }
+  const std::string_view last = groups.texts.empty() ? std::string_view() : groups.texts.back();
+  const bool isBit = isNumber(last);
+  const bool hasRange = isRange(last);
+  bits.signal = isNegative(last) ? bits.text : joined(base, groups, isBit || hasRange ? 1 : 0);
+  if (isBit) {
+    bits.valid = toIndex(last, bits.msb);
     bits.lsb = bits.msb;
-    bits.signal = joined(base, groups, 1);
-  } else if (!groups.texts.empty() && toRange(groups.texts.back(), bits.msb, bits.lsb)) {
-    if (bits.lsb > bits.msb) std::swap(bits.lsb, bits.msb);
+  } else if (toRange(last, bits.msb, bits.lsb)) {
+    bits.ascending = bits.msb < bits.lsb;
+    if (bits.ascending) std::swap(bits.lsb, bits.msb);
     bits.ranged = true;
-    bits.signal = joined(base, groups, 1);
-  } else {
-    bits.signal = joined(base, groups, 0);
   }
   return bits;
 }
@@ -130,6 +139,15 @@ void addVariants(std::vector<NamedBits>& candidates, const std::string& top,
 
 }  // namespace
 
+NamedBits NamedBits::whole() const {
+  NamedBits bits;
+  bits.signal = text;
+  bits.text = text;
+  bits.replica = replica;
+  bits.valid = valid;
+  return bits;
+}
+
 NamedBits decodeRegister(std::string_view instance) {
   constexpr std::string_view ending = "_reg";
   NamedBits bits;
@@ -148,8 +166,8 @@ NamedBits decodeBit(std::string_view name) {
   const Groups groups = splitGroups(name);
   // What ends in a bracket still is one name as a whole.
   if (groups.texts.empty() || groups.base.back() == ']') return {};
-  const NamedBits bits = decodeGroups(groups.base, groups);
-  return bits.ranged ? NamedBits() : bits;
+  if (isNegative(groups.texts.back()) || isRange(groups.texts.back())) return {};
+  return decodeGroups(groups.base, groups);
 }
 
 PortRange decodeArray(std::string_view name, std::uint32_t width) {
@@ -160,8 +178,9 @@ PortRange decodeArray(std::string_view name, std::uint32_t width) {
   std::uint32_t left = 0;
   std::uint32_t right = 0;
   // A range that does not fit the width, or has a negative bound, says nothing about indices.
-  if (!toRange(groups.texts.back(), left, right)) return range;
-  if (std::max(left, right) - std::min(left, right) != width - 1) return range;
+  range.foreign = !toRange(groups.texts.back(), left, right) ||
+                  std::max(left, right) - std::min(left, right) != width - 1;
+  if (range.foreign) return range;
   range.left = left;
   range.right = right;
   return range;
@@ -213,30 +232,40 @@ std::vector<NamedBits> netCandidates(std::string_view top, std::string_view net)
   return candidates;
 }
 
-std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance) {
-  std::vector<NamedBits> candidates;
-  // Some messages put a colon after a level.
-  std::string levels = cleaned(instance);
+namespace {
+
+// Some messages put a colon after a level.
+std::string withoutColons(std::string levels) {
   for (std::size_t at = levels.find(":/"); at != std::string::npos; at = levels.find(":/", at)) {
     levels.erase(at, 1);
   }
-  const NamedBits whole = decodeRegister(levels);
-  if (whole.valid) addVariants(candidates, std::string(top), whole);
-  const NamedBits bits = decodeRegister(cleaned(instance));
-  if (!bits.valid) return candidates;
-  // Partitions put levels of their own before the name.
-  std::string_view below = bits.signal;
-  for (std::size_t slash = below.find('/'); slash != std::string_view::npos;
-       slash = below.find('/')) {
-    const std::string_view level = below.substr(0, slash);
-    const bool partition =
-        level.ends_with(':') || (level.starts_with("i_") && isNumber(level.substr(2)));
-    if (!partition) break;
-    below.remove_prefix(slash + 1);
-    NamedBits inner = bits;
-    inner.signal = std::string(below);
-    addVariants(candidates, std::string(top), inner);
-  }
+  return levels;
+}
+
+// Whether a name begins with a level that a partition put there; `rest` is what follows it.
+bool dropPartition(std::string_view name, std::string_view& rest) {
+  const std::size_t slash = name.find('/');
+  if (slash == std::string_view::npos) return false;
+  const std::string_view level = name.substr(0, slash);
+  rest = name.substr(slash + 1);
+  return level.ends_with(':') || (level.starts_with("i_") && isNumber(level.substr(2)));
+}
+
+}  // namespace
+
+std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance) {
+  std::vector<NamedBits> candidates;
+  const std::string name = cleaned(instance);
+  const auto add = [&](const std::string& levels) {
+    const NamedBits bits = decodeRegister(levels);
+    if (!bits.valid) return;
+    if (bits.text != bits.signal) addVariants(candidates, std::string(top), bits.whole());
+    addVariants(candidates, std::string(top), bits);
+  };
+  std::string_view rest = name;
+  do {
+    add(withoutColons(std::string(rest)));
+  } while (dropPartition(rest, rest));
   return candidates;
 }
 

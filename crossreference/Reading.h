@@ -46,14 +46,20 @@ class Reading {
 };
 
 /// Part of a signal, as a printable name writes it: indices lsb to msb of the signal of a model
-/// name. `mem[3][5]` is index 5 of `mem<3>`, `r[tag][valid]` index 0 of `r<tag><valid>`.
+/// name. `mem[3][5]` is index 5 of `mem<3>`, `r[tag][valid]` index 0 of `r<tag><valid>`, `q[-1]`
+/// index 0 of `q[-1]`, since the model has no negative indices.
 struct NamedBits {
   std::string signal;
+  std::string text;  ///< the name as it stands; of a register without its "_reg"
   std::uint32_t lsb = 0;
   std::uint32_t msb = 0;
-  bool ranged = false;   ///< the name ends in a range, as in q[7:4]
-  bool replica = false;  ///< of a register: a copy that synthesis made
+  bool ranged = false;     ///< the name ends in a range, as in q[7:4]
+  bool ascending = false;  ///< the range counts up: its first bit is lsb
+  bool replica = false;    ///< of a register: a copy that synthesis made
   bool valid = false;
+
+  /// The same bit as a signal of its own that bears the whole name.
+  NamedBits whole() const;
 };
 
 /// The register that an instance implements: `_reg`, then nothing but bracket groups.
@@ -67,6 +73,7 @@ struct PortRange {
   std::string signal;
   std::uint32_t left = 0;
   std::uint32_t right = 0;
+  bool foreign = false;  ///< the printed range is none that the model can have
 };
 PortRange decodeArray(std::string_view name, std::uint32_t width);
 

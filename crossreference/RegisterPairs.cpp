@@ -16,9 +16,23 @@ bool holdsRegisters(const Signal& signal) {
   return false;
 }
 
-std::string flattened(std::string name) {
+// A name with all its levels joined, the way flattening names what it brings up all the way.
+std::string joinedLevels(std::string name) {
   std::replace(name.begin(), name.end(), '/', '_');
-  return normalised(std::move(name));
+  return name;
+}
+
+// A name with the module levels before the last "/" cleaned the way tools do it.
+std::string withCleanLevels(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string::npos ? name : normalised(name.substr(0, slash)) + name.substr(slash);
+}
+
+// Whether flattening can have made one name of the other: some levels are joined, all else is kept.
+bool flattensTo(const std::string& name, const std::string& flat) {
+  return name.size() == flat.size() &&
+         std::equal(name.begin(), name.end(), flat.begin(),
+                    [](char from, char to) { return from == to || (from == '/' && to == '_'); });
 }
 
 void sortByName(std::vector<Signal*>& signals) {
@@ -75,37 +89,55 @@ void RegisterPairs::matchUnnamed() {
   });
 }
 
-// Where the hierarchy was flattened with "_", a register is found by its name with all levels
-// joined, if that can mean only one register on either side.
+// Where the hierarchy was flattened with "_", a register is found by its name with levels joined,
+// if that can mean only one register on either side.
 void RegisterPairs::matchFlattened() {
-  std::unordered_map<std::string, std::vector<Signal*>> missing;
-  std::unordered_map<const Signal*, bool> taken;
+  if (m_state.top[RTL] == nullptr || m_state.top[SYNTH] == nullptr) return;
+  std::unordered_set<const Signal*> taken;
+  Flattened missing;
   for (Signal* rtl : m_registers) {
-    Signal* same = namesake(*rtl);
+    const Signal* same = namesake(*rtl);
     if (same != nullptr && holdsRegisters(*same)) {
-      taken[same] = true;
+      taken.insert(same);
     } else {
-      missing[flattened(belowTop(rtl->getFullName(), RTL))].push_back(rtl);
+      addFlattened(missing, *rtl);
     }
   }
   if (missing.empty()) return;
-  // A register that has its twin may be what a flattened one is called now.
-  for (const Signal* rtl : m_registers) {
-    const std::string name = flattened(belowTop(rtl->getFullName(), RTL));
-    const auto found = missing.find(name);
-    if (found == missing.end()) continue;
-    const bool other = found->second.size() > 1 || found->second.front() != rtl;
-    if (other) m_disputed.insert(rtl);
-  }
-  std::unordered_map<std::string, std::vector<Signal*>> left;
+  std::unordered_map<Signal*, std::vector<Signal*>> claims;
   m_state.signals[SYNTH].each([&](Signal* synth) {
-    if (taken.count(synth) != 0 || !holdsRegisters(*synth)) return;
-    left[flattened(belowTop(synth->getFullName(), SYNTH))].push_back(synth);
+    const std::string name = belowTop(synth->getFullName(), SYNTH);
+    const auto [first, last] = missing.equal_range(joinedLevels(name));
+    for (auto found = first; found != last; ++found) {
+      const bool fits = flattensTo(found->second.name, name) && holdsRegisters(*synth);
+      if (fits) claims[found->second.rtl].push_back(synth);
+    }
   });
-  for (const auto& [name, signals] : missing) {
-    const auto found = left.find(name);
-    if (found == left.end() || signals.size() != 1 || found->second.size() != 1) continue;
-    m_flattened[signals.front()] = found->second.front();
+  settleFlattened(claims, taken);
+}
+
+void RegisterPairs::addFlattened(Flattened& missing, Signal& rtl) const {
+  const std::string name = belowTop(rtl.getFullName(), RTL);
+  missing.emplace(joinedLevels(name), FlatName{name, &rtl});
+  const std::string clean = withCleanLevels(name);
+  if (clean != name) missing.emplace(joinedLevels(clean), FlatName{clean, &rtl});
+}
+
+// A synthesized register that two RTL registers may be called now is nobody's.
+void RegisterPairs::settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
+                                    const std::unordered_set<const Signal*>& taken) {
+  std::unordered_map<const Signal*, unsigned> claimants;
+  for (const auto& [rtl, synths] : claims) {
+    for (const Signal* synth : synths) ++claimants[synth];
+  }
+  for (const auto& [rtl, synths] : claims) {
+    const Signal* synth = synths.front();
+    const bool one = synths.size() == 1 && claimants[synth] == 1 && taken.count(synth) == 0;
+    if (one) m_flattened[rtl] = synths.front();
+  }
+  for (const Signal* rtl : m_registers) {
+    const Signal* same = namesake(*rtl);
+    if (same != nullptr && claimants.count(same) != 0) m_disputed.insert(rtl);
   }
 }
 

@@ -30,8 +30,18 @@ class RegisterPairs {
   Signal* namesake(const Signal& rtl) const;
 
  private:
+  // An RTL register under the name that it may have been flattened from.
+  struct FlatName {
+    std::string name;
+    Signal* rtl;
+  };
+  using Flattened = std::unordered_multimap<std::string, FlatName>;
+
   void matchUnnamed();
   void matchFlattened();
+  void addFlattened(Flattened& missing, Signal& rtl) const;
+  void settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
+                       const std::unordered_set<const Signal*>& taken);
   std::string twinName(const std::string& rtl) const;
   std::string belowTop(const std::string& name, EdifView view) const;
 

@@ -1,5 +1,7 @@
 #include <crossreference/RegisterTies.h>
 
+#include <algorithm>
+
 namespace XRF_RTL2LL {
 
 bool RegisterTies::isRegister(const NetlistState& state, const Module& module) {
@@ -27,8 +29,10 @@ namespace {
 
 // Which index of a register's signal an index of its output stands for.
 std::uint32_t placeOf(const NamedBits& name, const Signal& output, std::uint32_t index) {
-  const bool wide = output.getWidth() > 1;
-  return wide && !name.ranged ? index : name.lsb + (index - output.getLsb());
+  if (output.getWidth() > 1 && !name.ranged) return index;
+  // The left end of a range that counts up is the output's highest index.
+  return name.ascending ? name.msb - (index - output.getLsb())
+                        : name.lsb + (index - output.getLsb());
 }
 
 // A printed range must be as wide as the output, or nothing tells which bit is which.
@@ -50,11 +54,11 @@ void RegisterTies::dispute(BitRef& place, BitRef& value) {
 void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
   Signal* output = outputOf(instance);
   if (output == nullptr || !fits(name, *output)) return;
-  const std::uint32_t first = placeOf(name, *output, output->getLsb());
-  const std::uint32_t last = placeOf(name, *output, output->getMsb());
+  const std::uint32_t low = placeOf(name, *output, output->getLsb());
+  const std::uint32_t high = placeOf(name, *output, output->getMsb());
   const std::string clean =
       m_state.reading.has(Rule::CleanNames) ? cleaned(name.signal) : name.signal;
-  Signal* signal = widen(parent, clean, first, last);
+  Signal* signal = widen(parent, clean, std::min(low, high), std::max(low, high));
   for (std::uint32_t index = output->getLsb(); index <= output->getMsb(); ++index) {
     BitRef* place = signal->getBitRef(placeOf(name, *output, index));
     BitRef* value = output->getBitRef(index);
@@ -69,17 +73,24 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
 void RegisterTies::recall(Module& parent, Module& instance, const NamedBits& name) {
   const Signal* output = outputOf(instance);
   if (output == nullptr || !fits(name, *output)) return;
+  // A bit of a port whose range the model can't have is a signal of its own.
+  if (!recallAt(parent, *output, name)) recallAt(parent, *output, name.whole());
+}
+
+bool RegisterTies::recallAt(Module& parent, const Signal& output, const NamedBits& name) {
   const Signal* signal = m_state.findByName(m_view, parent, cleaned(name.signal));
-  if (signal == nullptr) return;
-  for (std::uint32_t index = output->getLsb(); index <= output->getMsb(); ++index) {
-    const std::uint32_t at = placeOf(name, *output, index);
+  if (signal == nullptr) return false;
+  bool any = false;
+  for (std::uint32_t index = output.getLsb(); index <= output.getMsb(); ++index) {
+    const std::uint32_t at = placeOf(name, output, index);
     if (at < signal->getLsb() || at > signal->getMsb()) continue;
     BitRef* place = signal->getBitRef(at, true);
-    const BitRef* value = output->getBitRef(index, true);
-    if (place != nullptr && value != nullptr && place->getBit() == value->getBit()) {
-      place->m_register = true;
-    }
+    const BitRef* value = output.getBitRef(index, true);
+    if (place == nullptr || value == nullptr || place->getBit() != value->getBit()) continue;
+    place->m_register = true;
+    any = true;
   }
+  return any;
 }
 
 }  // namespace XRF_RTL2LL

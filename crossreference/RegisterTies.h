@@ -28,6 +28,8 @@ class RegisterTies {
   static bool isTied(const BitRef& ref) { return ref.m_register; }
 
  private:
+  bool recallAt(Module& parent, const Signal& output, const NamedBits& name);
+
   NetlistState& m_state;
   EdifView m_view;
 };
