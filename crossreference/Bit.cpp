@@ -33,6 +33,12 @@ void BitRef::setBit(Bit* bit) {
   if (bit != nullptr) bit->addBitRef(this);
 }
 
+void BitRef::leave() {
+  getBit()->remove(this);
+  m_bit = new Bit;
+  m_bit->append(this);
+}
+
 int BitRef::merge(BitRef* other) {
   Bit* bit = getBit();
   Bit* absorbed = other->getBit();
@@ -155,6 +161,15 @@ void Bit::addBitRef(BitRef* ref) {
   }
   if (ref->getBit() != this) m_irregular = true;
   append(ref);
+}
+
+void Bit::remove(BitRef* ref) {
+  for (Link* link = &m_first; link != nullptr; link = link == m_last ? nullptr : link->next) {
+    if (link->ref != ref) continue;
+    link->ref = nullptr;
+    --m_ref_count;
+    ref->m_member = false;
+  }
 }
 
 Range<BitRef> Bit::getBitRefs() const { return {{&m_first, m_last, members::Links}, m_ref_count}; }

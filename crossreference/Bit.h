@@ -43,6 +43,9 @@ class XRF_API BitRef {
   friend class RegisterTies;
   friend struct ModelState;
 
+  /// Parts from all that share its bit.
+  void leave();
+
   Signal* m_signal;
   // Brought up to date when a merge is noticed, which in a finished model never happens.
   mutable Bit* m_bit = nullptr;
@@ -143,6 +146,7 @@ class XRF_API Bit {
   Bit* survivor();
   int combine(const Bit& other);
   void append(BitRef* ref);
+  void remove(BitRef* ref);
   void splice(Bit& other);
   void adoptEach(const Bit& other);
 

@@ -79,19 +79,20 @@ void EdifReader::tie_printable(Module& instance, const ExprResult& name) {
 }
 
 // What is left to the end of a module: replicas, once the originals are known, and aliases, once
-// the module's own names are.
+// all else that may bear their names is.
 void EdifReader::finish_module() {
   Module& module = front();
   std::size_t first = m_deferred.size();
   while (first > 0 && m_deferred[first - 1].parent == &module) --first;
   for (std::size_t at = first; at < m_deferred.size(); ++at) {
     const Deferred& work = m_deferred[at];
-    if (work.alias == 0) {
-      m_ties.tie(module, *work.instance, work.name);
-    } else if (module.getSignal(work.alias, true) == nullptr &&
-               m_state.findByName(m_view, module, *m_state.word(work.alias)) == nullptr) {
-      make_alias(work.alias, RegisterTies::outputOf(*work.instance));
-    }
+    if (work.alias == 0) m_ties.tie(module, *work.instance, work.name);
+  }
+  for (std::size_t at = first; at < m_deferred.size(); ++at) {
+    const Deferred& work = m_deferred[at];
+    const bool free = work.alias != 0 && module.getSignal(work.alias, true) == nullptr &&
+                      m_state.findByName(m_view, module, *m_state.word(work.alias)) == nullptr;
+    if (free) make_alias(work.alias, RegisterTies::outputOf(*work.instance));
   }
   m_deferred.erase(m_deferred.begin() + static_cast<std::ptrdiff_t>(first), m_deferred.end());
   m_modules.pop_back();

@@ -479,13 +479,14 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   const NamedBits bit = decodeBit(*text);
   if (bit.valid && !is_foreign(bit.signal)) {
     const Signal* bus = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb);
-    bus->getBitRef(bit.lsb)->merge(&joined);
+    RegisterTies::join(*bus->getBitRef(bit.lsb), joined);
     return;
   }
   Signal* same = m_state.findByName(m_view, module, *text);
   if (same != nullptr) {
     // A register or port of the name; a bus of it is something else and keeps the name.
-    if (same->getLsb() == 0 && same->getMsb() == 0) same->getBitRef(0)->merge(&joined);
+    const bool single = same->getLsb() == 0 && same->getMsb() == 0;
+    if (single) RegisterTies::join(*same->getBitRef(0), joined);
     return;
   }
   const unsigned number = known == nullptr ? name.first : m_state.freeNumber(module, *text);

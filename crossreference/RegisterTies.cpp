@@ -45,10 +45,14 @@ bool fits(const NamedBits& name, const Signal& output) {
 // Two registers whose names mean the same bit: nobody can tell which one a file speaks of, so it is
 // no register for anybody.
 void RegisterTies::dispute(BitRef& place, BitRef& value) {
+  place.getBit()->setSrc(false);
   place.m_register = false;
   place.m_disputed = true;
-  place.getBit()->setSrc(false);
   value.getBit()->setSrc(false);
+}
+
+void RegisterTies::join(BitRef& place, BitRef& net) {
+  if (!place.m_disputed) place.merge(&net);
 }
 
 void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
@@ -63,8 +67,13 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
     BitRef* place = signal->getBitRef(placeOf(name, *output, index));
     BitRef* value = output->getBitRef(index);
     if (place == nullptr || value == nullptr) continue;
-    if (place->m_register && !name.replica) dispute(*place, *value);
-    if (place->m_register || place->m_disputed) continue;
+    const bool taken = place->m_register || place->m_disputed;
+    if (taken && !name.replica) {
+      dispute(*place, *value);
+      // By a bit of its own a loaded model knows the place again.
+      place->leave();
+    }
+    if (taken) continue;
     place->merge(value);
     place->m_register = true;
   }
@@ -74,7 +83,21 @@ void RegisterTies::recall(Module& parent, Module& instance, const NamedBits& nam
   const Signal* output = outputOf(instance);
   if (output == nullptr || !fits(name, *output)) return;
   // A bit of a port whose range the model can't have is a signal of its own.
-  if (!recallAt(parent, *output, name)) recallAt(parent, *output, name.whole());
+  if (recallAt(parent, *output, name) || recallAt(parent, *output, name.whole())) return;
+  if (!name.replica) disputeAt(parent, *output, name);
+}
+
+// A register that is not where its name says shares the name with another one.
+void RegisterTies::disputeAt(Module& parent, const Signal& output, const NamedBits& name) {
+  const Signal* signal = m_state.findByName(m_view, parent, cleaned(name.signal));
+  if (signal == nullptr) return;
+  for (std::uint32_t index = output.getLsb(); index <= output.getMsb(); ++index) {
+    const std::uint32_t at = placeOf(name, output, index);
+    if (at < signal->getLsb() || at > signal->getMsb()) continue;
+    BitRef* place = signal->getBitRef(at, true);
+    BitRef* value = output.getBitRef(index, true);
+    if (place != nullptr && value != nullptr) dispute(*place, *value);
+  }
 }
 
 bool RegisterTies::recallAt(Module& parent, const Signal& output, const NamedBits& name) {

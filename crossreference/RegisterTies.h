@@ -24,10 +24,13 @@ class RegisterTies {
   /// Finds the place of a register of a loaded model, whose bits are merged already.
   void recall(Module& parent, Module& instance, const NamedBits& name);
 
-  static void dispute(BitRef& place, BitRef& value);
+  /// Joins a net to the signal bit that bears its name.
+  static void join(BitRef& place, BitRef& net);
   static bool isTied(const BitRef& ref) { return ref.m_register; }
 
  private:
+  static void dispute(BitRef& place, BitRef& value);
+  void disputeAt(Module& parent, const Signal& output, const NamedBits& name);
   bool recallAt(Module& parent, const Signal& output, const NamedBits& name);
 
   NetlistState& m_state;
