@@ -17,8 +17,10 @@ void bufferLoads(ModuleNetlist& netlist, const std::string& name, uint32_t cell,
   std::vector<ModuleNetlist::Connection> kept;
   std::vector<ModuleNetlist::Connection> moved;
   for (const ModuleNetlist::Connection& joined : netlist.connectionsOf(net)) {
+    // A net of a port's name is the port's.
+    const bool isPort = joined.instance == ModuleNetlist::kModuleItself;
     const bool isSource = joined.instance == cell && joined.pin == Pin::Q;
-    if (isSource || (kept.size() > 1 && kept.size() < moved.size())) {
+    if (isSource || isPort || (kept.size() > 1 && kept.size() < moved.size())) {
       kept.push_back(joined);
     } else {
       moved.push_back(joined);

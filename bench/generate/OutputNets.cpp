@@ -1,5 +1,6 @@
 #include "OutputNets.h"
 
+#include "ExtendedReading.h"
 #include "Outcomes.h"
 #include "OutputFile.h"
 #include "Random.h"
@@ -22,7 +23,7 @@ class OutputNets {
 
   void run() {
     for (uint32_t net = 0; net < netlist_.nets().size(); ++net) {
-      used_.emplace(netlist_.netText(net));
+      used_.insert(storable(netlist_.netText(net)));
     }
     findAbsorbed();
     const std::vector<uint32_t> outputs = netlist_.outputNets();
@@ -63,7 +64,7 @@ class OutputNets {
   }
 
   void use(uint32_t net, const std::string& name) {
-    if (!name.empty() && used_.insert(name).second) netlist_.renameNet(net, name);
+    if (!name.empty() && used_.insert(storable(name)).second) netlist_.renameNet(net, name);
   }
 
   std::string toolName(const Bank& bank, uint32_t bit) {
