@@ -102,6 +102,7 @@ class EdifReader {
   void tie_wide_register(Module& instance, const ExprResult& name);
   ExprResult createRegBit(std::uint32_t instance);
   void tie_printable(Module& instance, const ExprResult& name);
+  void add_alias(Module& instance, std::uint32_t name);
   void make_alias(std::uint32_t name, Signal* output);
   void finish_module();
   void add_net(const ExprResult& name, BitRef& joined);

@@ -35,15 +35,17 @@ void EdifReader::tie_register(Module& instance, const ExprResult& name) {
   Signal* output = RegisterTies::outputOf(instance);
   if (output != nullptr) output->setSrcState();
   BitRef* ref = firstRef(output);
-  if (name.first == name.second && m_state.family == TORVAL7) {
-    if (m_state.reading.has(Rule::LateAliases)) {
-      m_deferred.push_back({&front(), &instance, name.first, {}});
-    } else {
-      make_alias(name.first, output);
-    }
-  }
+  if (name.first == name.second && m_state.family == TORVAL7) add_alias(instance, name.first);
   const ExprResult bit = createRegBit(name.first);
   if (bit.kind == EXPR_BITREF && ref != nullptr) bit.ref->merge(ref);
+}
+
+void EdifReader::add_alias(Module& instance, std::uint32_t name) {
+  if (m_state.reading.has(Rule::LateAliases)) {
+    m_deferred.push_back({&front(), &instance, name, {}});
+  } else {
+    make_alias(name, RegisterTies::outputOf(instance));
+  }
 }
 
 void EdifReader::make_alias(std::uint32_t name, Signal* output) {
@@ -65,7 +67,7 @@ void EdifReader::tie_printable(Module& instance, const ExprResult& name) {
   Signal* output = RegisterTies::outputOf(instance);
   if (output != nullptr) output->setSrcState();
   if (m_state.family != TORVAL7) return;
-  if (name.first == name.second) m_deferred.push_back({&front(), &instance, name.first, {}});
+  if (name.first == name.second) add_alias(instance, name.first);
   NamedBits bits = decodeRegister(*printable(name.second));
   if (!bits.valid) bits = decodeRegister(*printable(name.first));
   if (!bits.valid) return;

@@ -472,10 +472,10 @@ void EdifReader::hide_added(Signal& signal, const std::string& name) const {
 void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   Module& module = front();
   const Signal* known = module.getSignal(name.first, true);
-  // A port's net is the port; anything else under this number has another name.
-  if (known != nullptr && known->m_port) return;
   if (name.first == token::Const0 || name.first == token::Const1) return;
   const std::string* text = printable(name.second);
+  // A port's net is the port; anything else under this number has another name.
+  if (known != nullptr && known->m_port && *text == known->getName()) return;
   const NamedBits bit = decodeBit(*text);
   if (bit.valid && !is_foreign(bit.signal)) {
     const Signal* bus = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb);

@@ -139,6 +139,10 @@ class EdifWriter {
     out_ << kHeader;
     writePrimitives();
     openLibrary("work");
+    if (hasShells()) {
+      openCell("shell");
+      out_ << "    )\n    (contents\n    )\n   )\n  )\n";
+    }
     for (uint32_t definition = 0; definition < design_.definitions(); ++definition) {
       if (isWritten(definition)) writeModule(design_.module(definition), definition);
     }
@@ -150,6 +154,10 @@ class EdifWriter {
   bool isWritten(uint32_t definition) const {
     return implementation_ == nullptr || view_ == View::Elaborated ||
            implementation_->isUsed(definition);
+  }
+
+  bool hasShells() const {
+    return implementation_ != nullptr && design_.options().hazards->has(Hazard::Shells);
   }
 
   void openLibrary(std::string_view name) {
@@ -199,8 +207,12 @@ class EdifWriter {
     out_ << ' ' << uint64_t{width} << ')';
   }
 
-  /// A module's port array shares its name with the nets of its bits, so its identifier differs.
-  std::string_view arrayName(Pin pin) const {
+  /// A module's port array shares its name with the nets of its bits, so its identifier differs as
+  /// a rule.
+  std::string_view arrayName(Pin pin, uint32_t owner = ModuleNetlist::kNone) const {
+    const bool keepsName = implementation_ != nullptr && owner != ModuleNetlist::kNone &&
+                           design_.options().hazards->has(Hazard::PortRanges) && owner % 2 == 0;
+    if (keepsName) return pinName(pin);
     if (renames_ && pin == Pin::Din) return "din_";
     if (renames_ && pin == Pin::Dout) return "dout_";
     return pinName(pin);
@@ -256,6 +268,9 @@ class EdifWriter {
     openCell(module.name);
     writeModulePorts(module);
     out_ << "    )\n    (contents\n";
+    if (hasShells()) {
+      out_ << "     (instance a_shell (viewref netlist (cellref shell (libraryref work))))\n";
+    }
     for (size_t index = 0; index < netlist.instances().size(); ++index) {
       writeInstance(module, netlist, index);
     }
@@ -281,7 +296,7 @@ class EdifWriter {
         isOutput ? " (direction OUTPUT))\n" : " (direction INPUT))\n";
     if (!bus.isBits) {
       out_ << "     (port (array ";
-      writeNamed(arrayName(pin), portArrayName(bus));
+      writeNamed(arrayName(pin, definition_), portArrayName(bus));
       out_ << ' ' << uint64_t{width} << ')' << direction;
       return;
     }
@@ -411,7 +426,8 @@ class EdifWriter {
     } else if (connection.member == ModuleNetlist::kNoMember) {
       writeIdentifier(pinName(connection.pin), false);
     } else {
-      out_ << "(member " << arrayName(connection.pin) << ' ' << uint64_t{connection.member} << ')';
+      out_ << "(member " << arrayName(connection.pin, ownerOf(netlist, connection)) << ' '
+           << uint64_t{connection.member} << ')';
     }
     if (connection.instance != ModuleNetlist::kModuleItself) {
       const ModuleNetlist::Name name = netlist.instances()[connection.instance].name;
@@ -427,12 +443,18 @@ class EdifWriter {
     out_ << ")\n";
   }
 
+  /// The module whose port a connection is of, if it is not a primitive's.
+  uint32_t ownerOf(const ModuleNetlist& netlist,
+                   const ModuleNetlist::Connection& connection) const {
+    const bool isOwn = connection.instance == ModuleNetlist::kModuleItself;
+    return isOwn ? definition_ : netlist.instances()[connection.instance].module;
+  }
+
   /// The identifier of a module's port that hazards made another than usual, else nothing.
   std::string specialPort(const ModuleNetlist& netlist,
                           const ModuleNetlist::Connection& connection) const {
     if (implementation_ == nullptr) return "";
-    const bool isOwn = connection.instance == ModuleNetlist::kModuleItself;
-    const uint32_t owner = isOwn ? definition_ : netlist.instances()[connection.instance].module;
+    const uint32_t owner = ownerOf(netlist, connection);
     if (owner == ModuleNetlist::kNone) return "";
     const Ports& ports = ports_[owner];
     if (connection.pin == Pin::Valid) return identifierOf(ports.valid);

@@ -23,6 +23,7 @@ class HazardBankMaker {
     const uint32_t valid = module_.hasValid ? 1 : 0;
     uint32_t left = module_.registers - module_.outputWidth - valid;
     if (module_.has(Hazard::FlattenCollisions)) left -= declareEchoes(left);
+    if (module_.ports.valid == "valid.o" && left > 0) left -= add("valid_o", {});
     uint32_t turn = random_.below(static_cast<uint32_t>(declarators_.size()));
     while (left > 0) {
       uint32_t used = (this->*declarators_[turn++ % declarators_.size()])(left);

@@ -40,6 +40,7 @@ enum class Hazard : uint8_t {
   FlattenSlash,
   FlattenUnderscore,
   FlattenCollisions,
+  Shells,
   LatchKinds,
   Regions,
   ForeignBlocks,
