@@ -1,6 +1,7 @@
 #include <crossreference/DesignState.h>
 #include <crossreference/LogMatch.h>
 #include <crossreference/NetlistState.h>
+#include <crossreference/RegisterTies.h>
 #include <support/InputFile.h>
 #include <support/Report.h>
 #include <support/Scan.h>
@@ -96,9 +97,15 @@ bool SynthesisLogReader::match_line() {
     return true;
   }
   if (line.kind != LogLine::Constant || !reading.has(Rule::RawLog)) return false;
-  if (!m_match.markConstant(line)) return false;
+  const LogMatch::Outcome outcome = m_match.markConstant(line);
+  if (outcome == LogMatch::Outcome::Unknown) return false;
   ++m_state.log.lines;
-  ++m_state.log.used;
+  if (outcome == LogMatch::Outcome::Marked) {
+    ++m_state.log.used;
+  } else {
+    ++m_state.log.unmatched;
+    keepName(m_state.log.unmatchedNames, line.name);
+  }
   return true;
 }
 
@@ -145,11 +152,14 @@ Signal* SynthesisLogReader::find(const std::string& name) const {
   return m_state.netlist->findSignal(RTL, path + name.substr(slash));
 }
 
-// In extended reading only a register that has no place in the device can be a constant.
+// In extended reading only a register that has no place in the device can be a constant, and a
+// register of that very name has another name in the log.
 bool SynthesisLogReader::mayMark(const Signal& signal) const {
-  const Bit* bit = firstBit(signal);
-  return !m_netlist.reading.has(Rule::RawLog) || bit == nullptr ||
-         (bit->isSrc() && bit->getKind() != Bit::STATE);
+  if (!m_netlist.reading.has(Rule::RawLog) || signal.getLsb() > 0) return true;
+  const BitRef* ref = signal.getBitRef(0, true);
+  if (ref == nullptr) return true;
+  const Bit& bit = *ref->getBit();
+  return bit.isSrc() && bit.getKind() != Bit::STATE && !RegisterTies::isTied(*ref);
 }
 
 void SynthesisLogReader::mark(const Signal& signal, bool value) {

@@ -13,28 +13,39 @@ Bit* bitAt(const Signal& signal, std::uint32_t index) {
 
 }  // namespace
 
+// Looks for the register that drives a net of a name below the top; true when the search is over.
+bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& match) const {
+  const std::string top = "/" + std::string(m_state.top.at(view)->getName()) + "/";
+  for (const NamedBits& reading : netReadings(name)) {
+    const Signal* signal = m_state.signals.at(view).find(top + reading.signal);
+    Bit* bit = signal == nullptr ? nullptr : bitAt(*signal, reading.lsb);
+    if (bit == nullptr) continue;
+    if (bit->isSrc()) {
+      match.bit = bit;
+      return true;
+    }
+    match.foundOther = true;
+  }
+  return false;
+}
+
 LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) const {
   Match match;
   const Module* top = m_state.top.at(view);
   if (top == nullptr || top->getName() == nullptr) return match;
-  const std::vector<NamedBits> candidates = netCandidates(top->getName(), net);
-  for (std::size_t at = 0; at < candidates.size(); ++at) {
-    const Signal* signal = m_state.signals.at(view).find(candidates[at].signal);
-    if (signal == nullptr) continue;
-    Bit* bit = bitAt(*signal, candidates[at].lsb);
-    if (bit == nullptr) continue;
-    if (!bit->isSrc()) {
-      match.foundOther = true;
-      continue;
-    }
-    match.bit = bit;
-    // The first two read the name as it stands, whole and as a bit of a bus.
-    match.faithful = at < 2;
-    return match;
+  const std::string name = cleaned(net);
+  match.faithful = findExactly(name, view, match);
+  if (match.faithful) return match;
+  const std::string prefix = "/" + std::string(top->getName()) + "/";
+  for (const ChangedLevels& changed : changedLevels(name)) {
+    // What still is a module was not joined to the names below it.
+    const bool kept = !changed.joined.empty() &&
+                      m_state.modules.at(view).find(prefix + changed.joined) != nullptr;
+    if (kept) break;
+    if (findExactly(changed.name, view, match)) return match;
   }
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.
-  const std::string name = normalised("/" + std::string(top->getName()) + "/" + std::string(net));
-  const Signal* signal = m_state.signals.at(view).find(name);
+  const Signal* signal = m_state.signals.at(view).find(normalised(prefix + name));
   Bit* bit = signal == nullptr ? nullptr : bitAt(*signal, 0);
   if (bit != nullptr && bit->isSrc()) match.bit = bit;
   return match;

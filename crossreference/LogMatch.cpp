@@ -1,5 +1,4 @@
 #include <crossreference/LogMatch.h>
-#include <crossreference/Reading.h>
 #include <crossreference/RegisterTies.h>
 #include <support/Scan.h>
 
@@ -72,38 +71,54 @@ LogLine LogLine::parse(std::string_view text) {
   return line;
 }
 
-std::vector<BitRef*> LogMatch::find(const std::string& name) const {
+std::vector<BitRef*> LogMatch::registersOf(const NamedBits& bits) const {
   std::vector<BitRef*> refs;
-  const Module* top = m_state.top[RTL];
-  if (top == nullptr || top->getName() == nullptr) return refs;
-  for (const NamedBits& bits : registerCandidates(top->getName(), name)) {
-    const Signal* signal = m_state.signals[RTL].find(bits.signal);
-    if (signal == nullptr || bits.lsb < signal->getLsb() || bits.msb > signal->getMsb()) continue;
-    for (std::uint32_t index = bits.lsb; index <= bits.msb; ++index) {
-      BitRef* ref = signal->getBitRef(index, true);
-      if (ref != nullptr && RegisterTies::isTied(*ref)) refs.push_back(ref);
-    }
-    // From the right end to the left, however the range counts.
-    if (bits.ascending) std::reverse(refs.begin(), refs.end());
-    if (refs.size() == bits.msb - bits.lsb + 1) return refs;
-    refs.clear();
+  const Signal* signal = m_state.signals[RTL].find(bits.signal);
+  if (signal == nullptr || bits.lsb < signal->getLsb() || bits.msb > signal->getMsb()) return refs;
+  for (std::uint32_t index = bits.lsb; index <= bits.msb; ++index) {
+    BitRef* ref = signal->getBitRef(index, true);
+    if (ref == nullptr || !RegisterTies::isTied(*ref)) return {};
+    refs.push_back(ref);
   }
+  // From the right end to the left, however the range counts.
+  if (bits.ascending) std::reverse(refs.begin(), refs.end());
   return refs;
 }
 
-bool LogMatch::markConstant(const LogLine& line) {
+std::vector<BitRef*> LogMatch::find(const std::string& name) const {
+  const Module* top = m_state.top[RTL];
+  if (top == nullptr || top->getName() == nullptr) return {};
+  const std::string prefix = "/" + std::string(top->getName()) + "/";
+  for (const PartitionedName& meant : partitionedNames(name)) {
+    // A level that the design has itself is no partition's.
+    const bool own =
+        !meant.partition.empty() && m_state.modules[RTL].find(prefix + meant.partition) != nullptr;
+    if (own) break;
+    for (const std::string& levels : {meant.name, withCleanLevels(meant.name)}) {
+      for (NamedBits reading : registerReadings(levels)) {
+        reading.signal.insert(0, prefix);
+        std::vector<BitRef*> refs = registersOf(reading);
+        if (!refs.empty()) return refs;
+      }
+    }
+  }
+  return {};
+}
+
+LogMatch::Outcome LogMatch::markConstant(const LogLine& line) {
   const std::vector<BitRef*> refs = find(line.name);
+  if (refs.empty()) return Outcome::Unknown;
   // A register that has a place in the device was not turned into a constant.
   const bool located = std::any_of(refs.begin(), refs.end(), [](const BitRef* ref) {
     return ref->getBit()->getKind() == Bit::STATE;
   });
-  if (refs.empty() || located) return false;
+  if (located) return Outcome::Contradicted;
   for (const BitRef* ref : refs) {
     ref->getBit()->setKind(Bit::CNST);
     ref->getBit()->setValue(line.value);
     ref->getBit()->setValueStr("z");
   }
-  return true;
+  return Outcome::Marked;
 }
 
 bool LogMatch::merge(const std::vector<BitRef*>& gone, const std::vector<BitRef*>& survivors) {

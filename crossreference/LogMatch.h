@@ -1,6 +1,7 @@
 #pragma once
 
 #include <crossreference/NetlistState.h>
+#include <crossreference/Reading.h>
 
 #include <string>
 #include <string_view>
@@ -24,8 +25,12 @@ class LogMatch {
  public:
   explicit LogMatch(NetlistState& state) : m_state(state) {}
 
-  /// Marks a register; false when no register has the name or it is known to be located.
-  bool markConstant(const LogLine& line);
+  enum class Outcome {
+    Marked,
+    Contradicted,  ///< the register is located, so it can be no constant
+    Unknown        ///< no register has the name
+  };
+  Outcome markConstant(const LogLine& line);
   void noteMerge(const LogLine& line) { m_merges.push_back(line); }
   /// Makes merged registers share the bits of their survivors; returns how many lines it could
   /// follow, and the names of the others.
@@ -33,6 +38,7 @@ class LogMatch {
 
  private:
   std::vector<BitRef*> find(const std::string& name) const;
+  std::vector<BitRef*> registersOf(const NamedBits& bits) const;
   bool merge(const std::vector<BitRef*>& gone, const std::vector<BitRef*>& survivors);
 
   NetlistState& m_state;

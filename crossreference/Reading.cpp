@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
@@ -63,8 +64,15 @@ Groups splitGroups(std::string_view name) {
 
 bool toRange(std::string_view text, std::uint32_t& left, std::uint32_t& right) {
   const std::size_t colon = text.find(':');
-  return colon != std::string_view::npos && toIndex(text.substr(0, colon), left) &&
-         toIndex(text.substr(colon + 1), right);
+  if (colon == std::string_view::npos) return false;
+  std::uint32_t first = 0;
+  std::uint32_t last = 0;
+  if (!toIndex(text.substr(0, colon), first) || !toIndex(text.substr(colon + 1), last)) {
+    return false;
+  }
+  left = first;
+  right = last;
+  return true;
 }
 
 // The groups but the last `dropped` as the model writes them.
@@ -115,26 +123,6 @@ bool dropReplica(std::string_view& name) {
   rest.remove_suffix(suffix.size());
   name = rest;
   return true;
-}
-
-// A candidate for every way to read a name below the top: as it stands, with its module levels
-// cleaned, with its levels joined.
-void addVariants(std::vector<NamedBits>& candidates, const std::string& top,
-                 const NamedBits& bits) {
-  const auto add = [&](std::string name) {
-    NamedBits candidate = bits;
-    candidate.signal = "/" + top + "/" + std::move(name);
-    candidates.push_back(std::move(candidate));
-  };
-  add(bits.signal);
-  const std::size_t slash = bits.signal.rfind('/');
-  if (slash == std::string::npos) return;
-  add(normalised(bits.signal.substr(0, slash)) + bits.signal.substr(slash));
-  std::string flat = bits.signal;
-  for (std::size_t at = slash; at != std::string::npos; at = flat.rfind('/', at)) {
-    flat[at] = '_';
-    add(flat);
-  }
 }
 
 }  // namespace
@@ -209,27 +197,43 @@ std::string normalised(std::string name) {
   return name;
 }
 
-std::vector<NamedBits> netCandidates(std::string_view top, std::string_view net) {
-  const std::string below = cleaned(net);
-  const std::string topName(top);
-  std::vector<NamedBits> candidates;
+std::vector<NamedBits> netReadings(std::string_view name) {
   NamedBits whole;
-  whole.signal = below;
+  whole.signal = name;
+  whole.text = name;
   whole.valid = true;
-  addVariants(candidates, topName, whole);
-  const NamedBits bit = decodeBit(below);
-  if (bit.valid) addVariants(candidates, topName, bit);
-  // Faithful readings come first: the name as it stands, then as a bit, then with levels changed.
-  const std::size_t variants = bit.valid ? candidates.size() / 2 : candidates.size();
-  if (bit.valid) {
-    std::vector<NamedBits> ordered;
-    for (std::size_t at = 0; at < variants; ++at) {
-      ordered.push_back(candidates[at]);
-      ordered.push_back(candidates[variants + at]);
-    }
-    candidates.swap(ordered);
+  std::vector<NamedBits> readings{std::move(whole)};
+  NamedBits bit = decodeBit(name);
+  if (bit.valid) readings.push_back(std::move(bit));
+  return readings;
+}
+
+std::vector<NamedBits> registerReadings(std::string_view name) {
+  std::vector<NamedBits> readings;
+  NamedBits bits = decodeRegister(name);
+  if (!bits.valid) return readings;
+  if (bits.text != bits.signal) readings.push_back(bits.whole());
+  readings.push_back(std::move(bits));
+  return readings;
+}
+
+std::string withCleanLevels(const std::string& name) {
+  const std::size_t slash = name.rfind('/');
+  if (slash == std::string::npos) return name;
+  return normalised(name.substr(0, slash)) + name.substr(slash);
+}
+
+std::vector<ChangedLevels> changedLevels(std::string_view name) {
+  std::vector<ChangedLevels> changed;
+  const std::string raw(name);
+  std::string clean = withCleanLevels(raw);
+  if (clean != raw) changed.push_back({std::move(clean), {}});
+  std::string flat = raw;
+  for (std::size_t at = flat.rfind('/'); at != std::string::npos; at = flat.rfind('/', at)) {
+    flat[at] = '_';
+    changed.push_back({flat, raw.substr(0, at)});
   }
-  return candidates;
+  return changed;
 }
 
 namespace {
@@ -242,31 +246,31 @@ std::string withoutColons(std::string levels) {
   return levels;
 }
 
-// Whether a name begins with a level that a partition put there; `rest` is what follows it.
-bool dropPartition(std::string_view name, std::string_view& rest) {
+// How many bytes at the start of a name are a level that a partition put there, "/" included.
+std::size_t partitionLength(std::string_view name) {
   const std::size_t slash = name.find('/');
-  if (slash == std::string_view::npos) return false;
+  if (slash == std::string_view::npos) return 0;
   const std::string_view level = name.substr(0, slash);
-  rest = name.substr(slash + 1);
-  return level.ends_with(':') || (level.starts_with("i_") && isNumber(level.substr(2)));
+  const bool partition =
+      level.ends_with(':') || (level.starts_with("i_") && isNumber(level.substr(2)));
+  return partition ? slash + 1 : 0;
 }
 
 }  // namespace
 
-std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance) {
-  std::vector<NamedBits> candidates;
-  const std::string name = cleaned(instance);
-  const auto add = [&](const std::string& levels) {
-    const NamedBits bits = decodeRegister(levels);
-    if (!bits.valid) return;
-    if (bits.text != bits.signal) addVariants(candidates, std::string(top), bits.whole());
-    addVariants(candidates, std::string(top), bits);
-  };
-  std::string_view rest = name;
-  do {
-    add(withoutColons(std::string(rest)));
-  } while (dropPartition(rest, rest));
-  return candidates;
+std::vector<PartitionedName> partitionedNames(std::string_view name) {
+  const std::string clean = cleaned(name);
+  std::vector<PartitionedName> names{{withoutColons(clean), {}}};
+  std::size_t start = 0;
+  for (std::size_t length = partitionLength(clean); length > 0;
+       length = partitionLength(std::string_view(clean).substr(start))) {
+    start += length;
+    names.push_back(
+        {withoutColons(clean.substr(start)), withoutColons(clean.substr(0, start - 1))});
+    std::string& partition = names.back().partition;
+    if (partition.ends_with(':')) partition.pop_back();
+  }
+  return names;
 }
 
 }  // namespace XRF_RTL2LL

@@ -86,11 +86,33 @@ bool holdsState(std::string_view cell);
 /// "[", "]", "." and "$" as "_", the way implementation tools clean names.
 std::string normalised(std::string name);
 
-/// The full names under which a net, given below the top, may be registered in a view, most
-/// faithful first. Each stands for the bit `bits` names in the signal of that full name.
-std::vector<NamedBits> netCandidates(std::string_view top, std::string_view net);
+/// What a net's name may stand for, most faithful first: a signal of the whole name, then the bit
+/// of a bus.
+std::vector<NamedBits> netReadings(std::string_view name);
 
-/// The same for a register that a log names.
-std::vector<NamedBits> registerCandidates(std::string_view top, std::string_view instance);
+/// The same for the name of a register's instance, with the levels before it.
+std::vector<NamedBits> registerReadings(std::string_view name);
+
+/// A name whose module levels were changed as tools change them.
+struct ChangedLevels {
+  std::string name;
+  std::string joined;  ///< the module whose level is part of the name now, if that was the change
+};
+
+/// The changes that a name below the top may have gone through: its levels cleaned, or joined to
+/// the name with "_" from the innermost on.
+std::vector<ChangedLevels> changedLevels(std::string_view name);
+
+/// The name with its levels cleaned alone.
+std::string withCleanLevels(const std::string& name);
+
+/// A name as a log writes it, and what a partition put before it.
+struct PartitionedName {
+  std::string name;
+  std::string partition;  ///< the levels that are left out as a partition's
+};
+
+/// The names that a log's name may mean, without the marks of its own, longest first.
+std::vector<PartitionedName> partitionedNames(std::string_view name);
 
 }  // namespace XRF_RTL2LL

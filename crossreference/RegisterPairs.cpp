@@ -1,3 +1,4 @@
+#include <crossreference/Reading.h>
 #include <crossreference/RegisterPairs.h>
 #include <crossreference/RegisterTies.h>
 
@@ -20,12 +21,6 @@ bool holdsRegisters(const Signal& signal) {
 std::string joinedLevels(std::string name) {
   std::replace(name.begin(), name.end(), '/', '_');
   return name;
-}
-
-// A name with the module levels before the last "/" cleaned the way tools do it.
-std::string withCleanLevels(const std::string& name) {
-  const std::size_t slash = name.rfind('/');
-  return slash == std::string::npos ? name : normalised(name.substr(0, slash)) + name.substr(slash);
 }
 
 // Whether flattening can have made one name of the other: some levels are joined, all else is kept.

@@ -1,10 +1,13 @@
 #include <crossreference/Reading.h>
 
-#include <algorithm>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 using namespace XRF_RTL2LL;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 namespace {
 
@@ -32,6 +35,9 @@ TEST(ReadingNamesTest, RegisterNamesTellSignalAndIndex) {
       {"q_reg[7:4]", "q 7..4"},
       {"q_reg[4:7]", "q 7..4"},
       {"u0/core/x_reg[1]", "u0/core/x 1"},
+      {"q_reg[-1]", "q[-1] 0"},
+      {"mem_reg[3][-1]", "mem[3][-1] 0"},
+      {"q_reg[3:-4]", "q 0"},
       {"x_reg[4]_rep", "x 4 replica"},
       {"x_reg[4]_rep__0", "x 4 replica"},
       {"x_reg_rep", "x 0 replica"},
@@ -95,25 +101,42 @@ TEST(ReadingNamesTest, CellsOutsideTheTableThatHoldState) {
   }
 }
 
-TEST(ReadingNamesTest, RawNamesComeBeforeChangedOnes) {
-  const auto candidates = netCandidates("top", "u.x/pos[3]");
-  ASSERT_GE(candidates.size(), 4U);
-  EXPECT_EQ(candidates[0].signal, "/top/u.x/pos[3]");
-  EXPECT_EQ(candidates[1].signal, "/top/u.x/pos");
-  EXPECT_EQ(candidates[1].lsb, 3U);
-  EXPECT_EQ(candidates[2].signal, "/top/u_x/pos[3]");
-  EXPECT_EQ(candidates[3].signal, "/top/u_x/pos");
+std::vector<std::string> shownAll(const std::vector<NamedBits>& readings) {
+  std::vector<std::string> all;
+  for (const NamedBits& one : readings) all.push_back(shown(one));
+  return all;
+}
+
+TEST(ReadingNamesTest, WholeNamesComeBeforeBits) {
+  EXPECT_THAT(shownAll(netReadings("u.x/pos[3]")), ElementsAre("u.x/pos[3] 0", "u.x/pos 3"));
+  EXPECT_THAT(shownAll(netReadings("u0/busy")), ElementsAre("u0/busy 0"));
+  EXPECT_THAT(shownAll(registerReadings("u.x/pos_reg[3]")),
+              ElementsAre("u.x/pos[3] 0", "u.x/pos 3"));
+  EXPECT_THAT(shownAll(registerReadings("u0/busy_reg")), ElementsAre("u0/busy 0"));
+  EXPECT_THAT(registerReadings("u0/busy"), IsEmpty());
+}
+
+TEST(ReadingNamesTest, LevelsAreCleanedOrJoinedFromTheInnermostOn) {
+  std::vector<std::string> all;
+  for (const ChangedLevels& changed : changedLevels("gen[2].u/w/x[3]")) {
+    all.push_back(changed.name + " " + changed.joined);
+  }
+  EXPECT_THAT(all, ElementsAre("gen_2__u/w/x[3] ", "gen[2].u/w_x[3] gen[2].u/w",
+                               "gen[2].u_w_x[3] gen[2].u"));
+  EXPECT_THAT(changedLevels("x[3]"), IsEmpty());
 }
 
 TEST(ReadingNamesTest, PartitionLevelsOfALogAreDropped) {
-  const auto named = [](const char* name, const char* signal) {
-    const auto candidates = registerCandidates("top", name);
-    return std::any_of(candidates.begin(), candidates.end(),
-                       [&](const NamedBits& bits) { return bits.signal == signal; });
+  const auto names = [](const char* name) {
+    std::vector<std::string> all;
+    for (const PartitionedName& one : partitionedNames(name)) {
+      all.push_back(one.name + " " + one.partition);
+    }
+    return all;
   };
-  EXPECT_TRUE(named("part:/x_reg[2]", "/top/x"));
-  EXPECT_TRUE(named("i_0/u0/x_reg", "/top/u0/x"));
-  EXPECT_FALSE(named("u0/x_reg", "/top/x"));
+  EXPECT_THAT(names("part:/x_reg[2]"), ElementsAre("part/x_reg[2] ", "x_reg[2] part"));
+  EXPECT_THAT(names("i_0/u0:/x_reg"), ElementsAre("i_0/u0/x_reg ", "u0/x_reg i_0", "x_reg i_0/u0"));
+  EXPECT_THAT(names("u0/i_0/x_reg"), ElementsAre("u0/i_0/x_reg "));
 }
 
 }  // namespace
