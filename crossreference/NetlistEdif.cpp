@@ -464,6 +464,13 @@ void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
   signal->getBitRef(0)->merge(&joined);
 }
 
+// Whether a register bears a name that looks like a bit's, as \pos[3] does.
+bool EdifReader::is_register(const std::string& name) const {
+  if (!m_any_bracketed) return false;
+  const Signal* signal = m_state.findByName(m_view, front(), name);
+  return signal != nullptr && RegisterTies::isTied(*signal->getBitRef(signal->getLsb(), true));
+}
+
 void EdifReader::hide_added(Signal& signal, const std::string& name) const {
   const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
   signal.setHidden(added || name.find_first_of("$.[") != std::string::npos);
@@ -478,8 +485,10 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   if (known != nullptr && known->m_port && *text == known->getName()) return;
   const NamedBits bit = decodeBit(*text);
   if (bit.valid && !is_foreign(bit.signal)) {
-    const Signal* bus = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb);
-    RegisterTies::join(*bus->getBitRef(bit.lsb), joined);
+    BitRef* place = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb)->getBitRef(bit.lsb);
+    // A register may bear a name that looks like the bit of another one.
+    const bool other = RegisterTies::isTied(*place) && is_register(*text);
+    if (!other) RegisterTies::join(*place, joined);
     return;
   }
   Signal* same = m_state.findByName(m_view, module, *text);

@@ -23,13 +23,6 @@ std::string joinedLevels(std::string name) {
   return name;
 }
 
-// Whether flattening can have made one name of the other: some levels are joined, all else is kept.
-bool flattensTo(const std::string& name, const std::string& flat) {
-  return name.size() == flat.size() &&
-         std::equal(name.begin(), name.end(), flat.begin(),
-                    [](char from, char to) { return from == to || (from == '/' && to == '_'); });
-}
-
 void sortByName(std::vector<Signal*>& signals) {
   std::sort(signals.begin(), signals.end(), [](const Signal* a, const Signal* b) {
     return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
@@ -84,6 +77,31 @@ void RegisterPairs::matchUnnamed() {
   });
 }
 
+// Modules that are left, and those that were dissolved with "/": nothing below them was joined to
+// their names.
+void RegisterPairs::findKeptLevels() {
+  const auto add = [&](const std::string& name) {
+    for (std::size_t at = name.rfind('/'); at != std::string::npos && at > 0;
+         at = name.rfind('/', at - 1)) {
+      if (!m_kept.insert(name.substr(0, at)).second) return;
+    }
+  };
+  m_state.modules[SYNTH].each([&](const Module* module) {
+    if (module->getName() != nullptr) add(belowTop(NameKey(*module).compose(), SYNTH));
+  });
+}
+
+// Whether flattening can have made one name of the other: some levels are joined, all else is kept.
+bool RegisterPairs::isJoined(const std::string& name, const std::string& flat) const {
+  if (name.size() != flat.size()) return false;
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    if (name[at] == flat[at]) continue;
+    const bool joins = name[at] == '/' && flat[at] == '_';
+    if (!joins || m_kept.count(name.substr(0, at)) != 0) return false;
+  }
+  return true;
+}
+
 // Where the hierarchy was flattened with "_", a register is found by its name with levels joined,
 // if that can mean only one register on either side.
 void RegisterPairs::matchFlattened() {
@@ -99,12 +117,13 @@ void RegisterPairs::matchFlattened() {
     }
   }
   if (missing.empty()) return;
+  findKeptLevels();
   std::unordered_map<Signal*, std::vector<Signal*>> claims;
   m_state.signals[SYNTH].each([&](Signal* synth) {
     const std::string name = belowTop(synth->getFullName(), SYNTH);
     const auto [first, last] = missing.equal_range(joinedLevels(name));
     for (auto found = first; found != last; ++found) {
-      const bool fits = flattensTo(found->second.name, name) && holdsRegisters(*synth);
+      const bool fits = isJoined(found->second.name, name) && holdsRegisters(*synth);
       if (fits) claims[found->second.rtl].push_back(synth);
     }
   });

@@ -39,6 +39,8 @@ class RegisterPairs {
 
   void matchUnnamed();
   void matchFlattened();
+  void findKeptLevels();
+  bool isJoined(const std::string& name, const std::string& flat) const;
   void addFlattened(Flattened& missing, Signal& rtl) const;
   void settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
                        const std::unordered_set<const Signal*>& taken);
@@ -47,6 +49,7 @@ class RegisterPairs {
 
   const NetlistState& m_state;
   std::vector<Signal*> m_registers;
+  std::unordered_set<std::string> m_kept;  // levels below the top that synthesized names still have
   std::unordered_map<const Signal*, Signal*> m_flattened;
   std::vector<Unnamed> m_unnamed;
   std::unordered_set<const Signal*> m_disputed;  // of a name that may mean two registers
