@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,15 +40,19 @@ struct LogReport {
   std::vector<std::string> unmatchedNames;  ///< registers of the first unmatched lines
 };
 
-/// How many register bits of the RTL are accounted for.
+/// How many register bits of the RTL are accounted for. Each bit of a register cell's output counts
+/// once.
 struct Coverage {
   struct Counts {
     std::uint64_t located = 0;   ///< with a location
     std::uint64_t constant = 0;  ///< turned into a constant by synthesis
+    std::uint64_t merged = 0;    ///< shares the bit of another register, which counts for itself
     std::uint64_t unread = 0;    ///< looked for in the implementation in vain
     std::uint64_t unknown = 0;   ///< nothing known
 
-    std::uint64_t total() const { return located + constant + unread + unknown; }
+    std::uint64_t total() const { return located + constant + merged + unread + unknown; }
+    /// Accounted for: located, constant, or merged into a register that counts for itself.
+    std::uint64_t known() const { return located + constant + merged; }
   };
   struct ModuleCounts {
     std::string path;  ///< full path of the module that holds the registers
@@ -55,6 +60,12 @@ struct Coverage {
   };
   Counts all;
   std::vector<ModuleCounts> modules;  ///< those that hold registers, in path order
+};
+
+/// A register bit of the RTL: an index of the signal that carries its name.
+struct RegisterBit {
+  Signal* signal;
+  unsigned int index;
 };
 
 /// One design: reads its files and answers look-ups by hierarchical name.
@@ -103,6 +114,22 @@ class XRF_API Design {
   /// The deepest path of hierarchical modules that `path` holds, components that name none dropped.
   std::string getValidModulePath(EdifView view, const std::string& path) const;
 
+  /// The register bits of the RTL that live at a place of the configuration memory, in name order;
+  /// several where registers were merged. Where a copy lives that synthesis made of a register, the
+  /// register, whose own place is another.
+  ///
+  ///     for (const RegisterBit& bit : design.registersAt(0x40061f, 2595))
+  ///       show(bit.signal->getFullName(), bit.index);
+  std::vector<RegisterBit> registersAt(unsigned int frame, unsigned int offset,
+                                       unsigned int slr = 0) const;
+  /// The register bits of the RTL behind a name of the synthesized netlist, taken from the top or
+  /// below it: a register's instance, its output, a net, a bus or a bit of one. Nothing when the
+  /// synthesized view has no such name; an empty list when what has the name is no register of the
+  /// RTL.
+  std::optional<std::vector<RegisterBit>> registersOf(const std::string& name) const;
+  /// The full name of a register bit as written in RTL: /top/u/mem[3][5] for index 5 of mem<3>.
+  std::string writtenName(const RegisterBit& bit) const;
+
   void dump() const;
   /// Always 0.
   unsigned int getInUseBitCount() const;
@@ -114,8 +141,10 @@ class XRF_API Design {
   Netlist* getNetlist() const;
   const LocationReport& locationReport() const;
   const LogReport& logReport() const;
-  /// Counts the register bits of the RTL view. A design loaded from a cross-reference file does not
-  /// know its registers and counts none.
+  /// Counts the register bits of the RTL view. Where several registers share a bit, one of them
+  /// counts by its kind: the one that the synthesized view has, else the first in name order. The
+  /// others count as merged, or as unknown where strict reading laid them there for want of a bit
+  /// of their own. A design loaded in strict reading does not know its registers and counts none.
   Coverage coverage() const;
 
  private:

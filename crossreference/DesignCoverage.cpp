@@ -1,7 +1,12 @@
 #include <crossreference/DesignState.h>
 #include <crossreference/NetlistState.h>
+#include <crossreference/RegisterPairs.h>
+#include <crossreference/RegisterPlaces.h>
+#include <crossreference/RegisterTies.h>
 
-#include <map>
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace XRF_RTL2LL {
@@ -25,28 +30,163 @@ void count(Coverage::Counts& counts, const Bit& bit) {
   }
 }
 
+void add(Coverage::Counts& sum, const Coverage::Counts& counts) {
+  sum.located += counts.located;
+  sum.constant += counts.constant;
+  sum.merged += counts.merged;
+  sum.unread += counts.unread;
+  sum.unknown += counts.unknown;
+}
+
+bool isEarlierCell(const Module* a, const Module* b) {
+  return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
+}
+
+/// Counts the register bits of the RTL module by module. What costs more than a look at a bit is
+/// spent on bits of several registers alone.
+class RegisterCount {
+ public:
+  explicit RegisterCount(const NetlistState& state) : m_state(state) {}
+
+  Coverage run();
+
+ private:
+  // One bit of a register's output.
+  struct OutputBit {
+    const Module* cell;
+    const Bit* bit;
+  };
+  using Cells = std::vector<const Module*>;
+  using Places = std::vector<BitRef*>;
+
+  void collect();
+  bool isOfRtl(const Module& cell);
+  void countShared(const Bit& bit, const Cells& cells);
+  const BitRef* survivorOf(const Places& places);
+  bool isImplemented(const BitRef& place);
+  Coverage::Counts& countsAround(const Module& cell) { return m_counts[cell.getParent()]; }
+  Coverage summed() const;
+
+  const NetlistState& m_state;
+  std::vector<OutputBit> m_bits;
+  std::unordered_map<const Bit*, Cells> m_shared;
+  std::unordered_map<const Module*, Coverage::Counts> m_counts;  // by what holds the registers
+  std::unordered_map<const Module*, bool> m_of_rtl;  // whether a module is below the RTL's root
+  std::optional<RegisterPairs> m_pairs;
+};
+
+Coverage RegisterCount::run() {
+  collect();
+  for (const OutputBit& one : m_bits) {
+    const auto shared = m_shared.find(one.bit);
+    if (shared == m_shared.end()) {
+      count(countsAround(*one.cell), *one.bit);
+    } else {
+      shared->second.push_back(one.cell);
+    }
+  }
+  for (const auto& [bit, cells] : m_shared) countShared(*bit, cells);
+  return summed();
+}
+
+// Cells whose names became one are still cells, so the registry of names is no place to count them.
+void RegisterCount::collect() {
+  const Module* root = m_state.top[RTL];
+  while (root != nullptr && root->getParent() != nullptr) root = root->getParent();
+  m_of_rtl[root] = true;
+  std::unordered_set<const Bit*> seen;
+  m_state.model.signals.each([&](const Signal* output) {
+    if (!output->isSrcState()) return;
+    const Module* cell = output->getModule();
+    if (!RegisterTies::isRegister(m_state, *cell) || !isOfRtl(*cell)) return;
+    for (std::uint64_t index = output->getLsb(); index <= output->getMsb(); ++index) {
+      const BitRef* ref = output->getBitRef(static_cast<std::uint32_t>(index), true);
+      const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
+      if (bit == nullptr) continue;
+      m_bits.push_back({cell, bit});
+      if (!seen.insert(bit).second) m_shared.try_emplace(bit);
+    }
+  });
+}
+
+bool RegisterCount::isOfRtl(const Module& cell) {
+  std::vector<const Module*> above;
+  bool ofRtl = false;
+  for (const Module* module = &cell; module != nullptr; module = module->getParent()) {
+    const auto known = m_of_rtl.find(module);
+    if (known != m_of_rtl.end()) {
+      ofRtl = known->second;
+      break;
+    }
+    if (module != &cell) above.push_back(module);
+  }
+  for (const Module* module : above) m_of_rtl[module] = ofRtl;
+  return ofRtl;
+}
+
+// A register with a place of its own was merged with the others on purpose. One without was laid
+// there for want of anything better, and nothing is known of it.
+void RegisterCount::countShared(const Bit& bit, const Cells& cells) {
+  std::unordered_map<const Module*, std::uint64_t> unplaced;
+  for (const Module* cell : cells) ++unplaced[cell->getParent()];
+  Places places = registerPlaces(m_state, RTL, bit);
+  std::erase_if(places, [&](const BitRef* place) {
+    const auto around = unplaced.find(place->getSignal()->getModule());
+    if (around == unplaced.end() || around->second == 0) return true;
+    --around->second;
+    return false;
+  });
+  if (places.empty()) {
+    const Module* first = *std::min_element(cells.begin(), cells.end(), isEarlierCell);
+    --unplaced[first->getParent()];
+    count(countsAround(*first), bit);
+  } else {
+    const BitRef* survivor = survivorOf(places);
+    count(m_counts[survivor->getSignal()->getModule()], bit);
+    for (const BitRef* place : places) {
+      if (place != survivor) ++m_counts[place->getSignal()->getModule()].merged;
+    }
+  }
+  for (const auto& [holder, number] : unplaced) m_counts[holder].unknown += number;
+}
+
+// The place that the implementation has; the first one where that is no answer.
+const BitRef* RegisterCount::survivorOf(const Places& places) {
+  if (places.size() == 1) return places.front();
+  const auto implemented = [this](const BitRef* place) { return isImplemented(*place); };
+  const auto found = std::find_if(places.begin(), places.end(), implemented);
+  const bool alone = found != places.end() && std::none_of(found + 1, places.end(), implemented);
+  return alone ? *found : places.front();
+}
+
+bool RegisterCount::isImplemented(const BitRef& place) {
+  if (!m_pairs) m_pairs.emplace(m_state);
+  const Signal* twin = m_pairs->twin(*place.getSignal());
+  const std::uint32_t index = place.getIndex();
+  if (twin == nullptr || index < twin->getLsb() || index > twin->getMsb()) return false;
+  const BitRef* ref = twin->getBitRef(index, true);
+  return ref != nullptr && RegisterTies::isTied(*ref);
+}
+
+Coverage RegisterCount::summed() const {
+  Coverage coverage;
+  for (const auto& [holder, counts] : m_counts) {
+    add(coverage.all, counts);
+    const bool isRoot = holder == nullptr || holder->getParent() == nullptr;
+    coverage.modules.push_back({isRoot ? "" : NameKey(*holder).compose(), counts});
+  }
+  std::sort(coverage.modules.begin(), coverage.modules.end(),
+            [](const Coverage::ModuleCounts& a, const Coverage::ModuleCounts& b) {
+              return a.path < b.path;
+            });
+  return coverage;
+}
+
 }  // namespace
 
 Coverage Design::coverage() const {
   const DesignUse use(m_state->model);
-  const Netlist& netlist = *m_state->netlist;
-  Coverage coverage;
-  std::map<std::string, Coverage::Counts> modules;
-  std::unordered_set<const Bit*> counted;
-  for (const Signal* output : Signal::getAllSignals()) {
-    if (!output->isSrcState() || netlist.findSignal(RTL, output->getFullName()) != output) continue;
-    // A register's output lies in the register's cell, whose path is the module that holds it.
-    Coverage::Counts& counts = modules[output->getModule()->getPath()];
-    for (std::uint64_t index = output->getLsb(); index <= output->getMsb(); ++index) {
-      const BitRef* ref = output->getBitRef(static_cast<std::uint32_t>(index), true);
-      const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
-      if (bit == nullptr || !counted.insert(bit).second) continue;
-      count(counts, *bit);
-      count(coverage.all, *bit);
-    }
-  }
-  for (const auto& [path, counts] : modules) coverage.modules.push_back({path, counts});
-  return coverage;
+  return RegisterCount(*m_state->netlist->m_state).run();
 }
 
 }  // namespace XRF_RTL2LL

@@ -8,10 +8,17 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-std::string trimmed(std::string_view text) {
+// A name without the blanks around it, and without those that end an escaped level.
+std::string tidied(std::string_view text) {
   while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return std::string(text);
+  std::string name;
+  for (const char byte : text) {
+    const bool endsLevel = byte == '/' || byte == ':';
+    while (endsLevel && !name.empty() && isBlank(name.back())) name.pop_back();
+    name += byte;
+  }
+  while (!name.empty() && isBlank(name.back())) name.pop_back();
+  return name;
 }
 
 // Cuts off everything up to and including `word`.
@@ -26,7 +33,7 @@ bool takeQuoted(std::string_view& text, std::string& name) {
   if (!skipPast(text, "'")) return false;
   const std::size_t end = text.find('\'');
   if (end == std::string_view::npos) return false;
-  name = trimmed(text.substr(0, end));
+  name = tidied(text.substr(0, end));
   text.remove_prefix(end + 1);
   return !name.empty();
 }
@@ -39,7 +46,7 @@ bool parseConstant(std::string_view text, LogLine& line) {
   const std::string_view rest = scan.rest();
   const std::size_t end = rest.rfind(')');
   if (end == std::string_view::npos) return false;
-  line.name = trimmed(rest.substr(0, end));
+  line.name = tidied(rest.substr(0, end));
   line.value = value != 0;
   return !line.name.empty();
 }

@@ -149,7 +149,126 @@ TEST_F(CoverageReportTest, OtherBitsAreNoRegisters) {
   EXPECT_TRUE(subject.coverage().modules.empty());
 }
 
-TEST_F(CoverageReportTest, LoadedDesignKnowsNoRegisters) {
+/// Registers that share a bit.
+class SharedRegistersTest : public CoverageReportTest {
+ protected:
+  static std::string merging(const std::string& gone, const std::string& into) {
+    return "INFO: [Synth 8-3886] merging instance '" + gone + "' (FD) to '" + into + "'\n";
+  }
+  /// A top with the instances given, and those of a module u.
+  static std::string around(const std::string& registers, const std::string& inner) {
+    return top("", instance("u", "sub") + registers, cell("sub", "", inner));
+  }
+  /// Every count, "located constant merged unread unknown", in all and by module.
+  static std::string all(const Design& design) {
+    const Coverage coverage = design.coverage();
+    std::string result = full(coverage.all);
+    Coverage::Counts sum;
+    for (const Coverage::ModuleCounts& module : coverage.modules) {
+      result += "; " + module.path + " " + full(module.counts);
+      sum.located += module.counts.located;
+      sum.constant += module.counts.constant;
+      sum.merged += module.counts.merged;
+      sum.unread += module.counts.unread;
+      sum.unknown += module.counts.unknown;
+    }
+    EXPECT_EQ(full(sum), full(coverage.all));
+    EXPECT_EQ(sum.total(), coverage.all.total());
+    return result;
+  }
+  static std::string full(const Coverage::Counts& counts) {
+    return std::to_string(counts.located) + " " + std::to_string(counts.constant) + " " +
+           std::to_string(counts.merged) + " " + std::to_string(counts.unread) + " " +
+           std::to_string(counts.unknown);
+  }
+  /// What a design says that reads the subject back in extended reading.
+  std::string reloaded() {
+    const test::TempFile file;
+    subject.exportDesign(file.path(), true);
+    Model model;
+    const ModelScope scope(model);
+    Design loaded(Matching::Extended);
+    run([&] { loaded.parse_xrf(file.path()); });
+    return fatal ? fatal->text : all(loaded);
+  }
+  void expectCoverage(const std::string& expected) {
+    EXPECT_EQ(all(subject), expected);
+    EXPECT_EQ(reloaded(), expected) << "after loading";
+  }
+};
+
+TEST_F(SharedRegistersTest, MergedRegisterCountsBesideItsSurvivor) {
+  subject.setMatching(Matching::Extended);
+  const std::string y = instance("y_reg", "FDRE");
+  load(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
+  readLl(location("y"));
+  readLog(merging("x_reg", "y_reg"));
+  expectCoverage("1 0 1 0 0; /top 1 0 1 0 0");
+}
+
+TEST_F(SharedRegistersTest, SurvivorIsTheOneThatTheSynthesizedViewHas) {
+  subject.setMatching(Matching::Extended);
+  // The module that holds the register which is gone comes first in name order.
+  const std::string kept = instance("z_reg[1]", "FDRE");
+  load(top("", instance("a", "sub") + instance("u", "other"),
+           cell("sub", "", instance("x_reg", "FDRE")) + cell("other", "", kept)),
+       top("", instance("u", "other"), cell("other", "", kept)));
+  readLl(location("u/z[1]"));
+  readLog(merging("a/x_reg", "u/z_reg[1]"));
+  expectCoverage("1 0 1 0 0; /top/a 0 0 1 0 0; /top/u 1 0 0 0 0");
+}
+
+TEST_F(SharedRegistersTest, ChainOfMergesHasOneSurvivor) {
+  subject.setMatching(Matching::Extended);
+  const std::string gone = instance("w_reg[0]", "FDRE") + instance("w_reg[1]", "FDRE");
+  load(around(gone, instance("e_reg", "FDRE")), around("", instance("e_reg", "FDRE")));
+  readLl(location("u/e"));
+  readLog(merging("w_reg[0]", "w_reg[1]") + merging("w_reg[1]", "u/e_reg"));
+  expectCoverage("1 0 2 0 0; /top 0 0 2 0 0; /top/u 1 0 0 0 0");
+}
+
+TEST_F(SharedRegistersTest, SurvivorThatIsGoneItselfCountsByItsKind) {
+  subject.setMatching(Matching::Extended);
+  load(around(instance("x_reg", "FDRE"), instance("e_reg", "FDRE")), around("", ""));
+  readLog(merging("x_reg", "u/e_reg"));
+  expectCoverage("0 0 1 1 0; /top 0 0 1 0 0; /top/u 0 0 0 1 0");
+}
+
+TEST_F(SharedRegistersTest, FirstInNameOrderSurvivesWhereTheImplementationHasSeveral) {
+  subject.setMatching(Matching::Extended);
+  const std::string both = around(instance("x_reg", "FDRE"), instance("e_reg", "FDRE"));
+  load(both, both);
+  readLl(location("u/e") + location("x"));
+  ASSERT_EQ(all(subject), "2 0 0 0 0; /top 1 0 0 0 0; /top/u 1 0 0 0 0");
+  signal("/top/x")->merge(signal("/top/u/e"), 0);
+  // u/e comes before x.
+  EXPECT_EQ(all(subject), "1 0 1 0 0; /top 0 0 1 0 0; /top/u 1 0 0 0 0");
+}
+
+TEST_F(SharedRegistersTest, ConstantOfASurvivorCountsOnce) {
+  subject.setMatching(Matching::Extended);
+  load(around(instance("x_reg", "FDRE") + instance("y_reg", "FDRE"), ""), around("", ""));
+  readLog(constant("y_reg") + merging("x_reg", "y_reg"));
+  expectCoverage("0 1 1 0 0; /top 0 1 1 0 0");
+}
+
+TEST_F(SharedRegistersTest, RegistersLaidOntoOneBitWithoutPlacesAreNotKnown) {
+  const std::string words = instance("m_reg[1][2][3]", "FDRE") + instance("m_reg[1][2][4]", "FDRE");
+  load(around(words, instance("e_reg", "FDRE")), around(words, instance("e_reg", "FDRE")));
+  ASSERT_EQ(idOf("/top/m_reg[1][2][3]/Q"), idOf("/top/m_reg[1][2][4]/Q"));
+  bit("/top/m_reg[1][2][3]/Q")->setKind(Bit::STATE);
+  expectCoverage("1 0 0 0 2; /top 1 0 0 0 1; /top/u 0 0 0 0 1");
+}
+
+TEST_F(SharedRegistersTest, StrictReadingHasNoMerges) {
+  const std::string y = instance("y_reg", "FDRE");
+  load(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
+  readLl(location("y"));
+  readLog(merging("x_reg", "y_reg"));
+  EXPECT_EQ(all(subject), "1 0 0 1 0; /top 1 0 0 1 0");
+}
+
+TEST_F(CoverageReportTest, DesignLoadedInStrictReadingKnowsNoRegisters) {
   loadRegisters();
   const test::TempFile file;
   subject.exportDesign(file.path(), true);

@@ -441,6 +441,9 @@ TEST_F(DesignTest, DesignOfAResetModelIsAFatalError) {
   expectGone([&] { subject.initializeBits(); });
   expectGone([&] { subject.exportDesign(file.path(), true); });
   expectGone([&] { (void)subject.coverage(); });
+  expectGone([&] { (void)subject.registersAt(0, 0); });
+  expectGone([&] { (void)subject.registersOf("a"); });
+  expectGone([&] { (void)subject.writtenName({nullptr, 0}); });
 }
 
 TEST_F(DesignTest, DesignOfADestroyedModelIsAFatalError) {

@@ -389,10 +389,12 @@ TEST_F(ExtendedRulesTest, MarksOfALogAreNoPartOfANameUnlessTheDesignHasThem) {
   const std::string sub = cell("sub", "", instance("x_reg", "RTL_REG"));
   parse(RTL, top("",
                  instance("i_1", "sub") + instance("u0", "sub") + instance("x_reg", "RTL_REG") +
-                     instance("y_reg", "RTL_REG"),
+                     instance(named("gen[0].u"), "sub") + instance("y_reg", "RTL_REG"),
                  sub));
   parse(SYNTH, top("", ""));
-  readLog(constant("i_0/u0:/\\x_reg") + constant("i_1/x_reg", "0") + constant("part:/\\y_reg"));
+  readLog(constant("i_0/u0:/\\x_reg") + constant("i_1/x_reg", "0") + constant("part:/\\y_reg") +
+          constant("i_0/\\gen[0].u /x_reg", "0"));
+  EXPECT_EQ(at("gen[0].u/x"), "constant 0");
   EXPECT_EQ(at("u0/x"), "constant 1");
   EXPECT_EQ(at("i_1/x"), "constant 0");
   EXPECT_EQ(at("y"), "constant 1");

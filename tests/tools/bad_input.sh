@@ -38,6 +38,7 @@ refused() {
 for bad in nosuch folder empty garbage; do
   for subcommand in info tree dump; do refused "$bad" "$subcommand" "$bad"; done
   refused "$bad" find "$bad" name
+  refused "$bad" whatis "$bad" name
   refused "$bad" build --xrf "$bad" -o out.xrf
   refused "$bad" build --rtl "$bad" --synth blinker_synth.edf -o out.xrf
   refused "$bad" build --rtl blinker_rtl.edf --synth "$bad" -o out.xrf
@@ -50,8 +51,8 @@ refused truncated_rtl.edf build --rtl truncated_rtl.edf --synth blinker_synth.ed
 refused truncated_synth.edf build --rtl blinker_rtl.edf --synth truncated_synth.edf -o out.xrf
 refused truncated.xrf info truncated.xrf
 refused far_bit.xrf info far_bit.xrf
-refused block.ll build --xrf good.xrf --ll block.ll -o out.xrf
-refused short_block.ll build --xrf good.xrf --ll short_block.ll -o out.xrf
+refused block.ll build --matching strict --xrf good.xrf --ll block.ll -o out.xrf
+refused short_block.ll build --matching strict --xrf good.xrf --ll short_block.ll -o out.xrf
 refused no_family.xrf build --xrf no_family.xrf -o out.xrf
 refused no_family_rtl.edf build --rtl no_family_rtl.edf --synth no_family_synth.edf -o out.xrf
 has out 'device family'
@@ -65,6 +66,12 @@ has err 'xrf: error: syntax.xrf:2'
 # A file without any location, or any message, is noticed but no error.
 run 0 build --xrf good.xrf --ll empty --quiet -o out.xrf
 has err 'xrf: warning: empty: no line tells a location'
+# Only strict matching gives up at a block that it does not know.
+for ll in block.ll short_block.ll; do
+  run 0 build --xrf good.xrf --ll $ll --quiet --json -o out.xrf
+  has out '"locations":{"lines":1,"used":0,"skipped":1,"skippedBlocks":1,'
+  same good.xrf out.xrf
+done
 # An input that the output would overwrite is refused before anything is read.
 cp blinker_rtl.edf copy.edf
 run 2 build --rtl copy.edf --synth blinker_synth.edf -o ./copy.edf

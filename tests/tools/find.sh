@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Names as users write them, on a small file written by hand.
 . "$SOURCE_DIR/tests/tools/lib/check.sh"
+. "$SOURCE_DIR/tests/tools/lib/truth.sh"
 cp "$data_dir/small.xrf" .
 
 # rows NAME... prints view, name and kind of each row found, hidden cells left out.
@@ -118,4 +119,29 @@ run 3 find small.xrf --quiet --json --view rtl 'q[1]' nosuch && golden find/not_
 # Asked for twice, printed once.
 run 0 find small.xrf --view rtl 'q[1]' 'q[1]' /top/q[1]
 lines out 2
+
+# Names as written in RTL: scopes, fields of records, words of arrays, names with blanks. Each is
+# one bit, and the one that the list of the design tells of.
+generated scopes,records,arrays,ranges,blanks design.xrf
+for form in 'gen[[][0-9]*[]][.]u/' '/gen[[][0-9]*[]][.][^/]*$' '[[][0-9]*[]][[][0-9]*[]]$' \
+  '[[][a-z]*[]]$' '[[][a-z]*[]][[][a-z]*[]]$' '[[][a-z]*[]][[][0-9]*[]]$' ' '; do
+  checks=$((checks + 1))
+  cut -f1 located | grep -q "$form" || fail "the generated design has no name like '$form'"
+done
+mapfile -t registers < <(cut -f1 located)
+run 0 find design.xrf --view rtl --json --quiet "${registers[@]}"
+grep -o '"frame":[0-9]*,"offset":[0-9]*,"slr":[0-9]*' out | tr -dc '0-9,\n' | tr , '\t' >actual
+# JSON lists the bits of one signal together.
+cut -f2- located | sort >expected
+sort -o actual actual
+same expected actual
+run 0 find design.xrf --view rtl --quiet "${registers[@]}"
+tail -n +2 out | awk '{ print $(NF - 2), $(NF - 1), $NF }' >actual
+while IFS=$'\t' read -r _ frame offset region; do
+  printf '0x%08x %s %s\n' "$frame" "$offset" "$region"
+done <located >expected
+same expected actual
+name=$(cut -f1 located | grep -m 1 ' .*[[]0[]]$')
+run 0 find design.xrf --view rtl --quiet "${name%?????}*[0]"
+has out "$(tr ' ()' '___' <<<"$name") "
 finish

@@ -6,7 +6,7 @@ run 0 --help
 has out 'Example'
 run 0 --version
 lines out 1
-for subcommand in build info find tree dump; do
+for subcommand in build info find whatis tree dump; do
   run 0 $subcommand --help
   lines err 0
   has out 'Example'
@@ -36,6 +36,17 @@ info a.xrf --color sometimes
 find
 find a.xrf
 find a.xrf name --view gate
+whatis
+whatis a.xrf
+whatis a.xrf 0x12 3 4 5
+whatis a.xrf 0x 3
+whatis a.xrf 0x1z 3
+whatis a.xrf name 3
+whatis a.xrf 1 0x3
+whatis a.xrf 1 3x
+whatis a.xrf 1 3 SLR1
+whatis a.xrf 4294967296 3
+whatis a.xrf --view rtl name
 tree
 tree a.xrf b.xrf
 tree a.xrf --depth
@@ -54,6 +65,8 @@ build --xrf a.xrf --rtl a.edf --synth b.edf -o out.xrf
 build --xrf a.xrf -o
 build --xrf a.xrf -o one.xrf -o two.xrf
 build --xrf a.xrf -o out.xrf extra
+build --xrf a.xrf -o out.xrf --matching
+build --xrf a.xrf -o out.xrf --matching loose
 EOF
 run 2 nosuch
 has err "no subcommand is named 'nosuch'"

@@ -14,7 +14,7 @@ namespace xrf {
 
 using XRF_RTL2LL::Bit;
 using XRF_RTL2LL::Design;
-using XRF_RTL2LL::Module;
+using XRF_RTL2LL::Matching;
 
 namespace {
 
@@ -26,6 +26,7 @@ struct BuildOptions {
   std::string log;
   std::string output;
   bool hideHidden = false;
+  Matching matching = Matching::Extended;
 
   bool fromNetlists() const { return xrf.empty(); }
 };
@@ -51,8 +52,8 @@ void checkInputs(const BuildOptions& options) {
   }
 }
 
-// Loading a file leaves the highest bit id undeclared, and what is written without it does not
-// read back.
+// Strict reading leaves the highest bit id of a loaded file undeclared, and what is written without
+// it does not read back.
 void declareBits() {
   unsigned highest = 0;
   for (const Bit* bit : Bit::getAllBits()) highest = std::max(highest, bit->getId());
@@ -110,7 +111,8 @@ BuildReport reportOf(const Design& design, const BuildOptions& options) {
       options.output,     DesignCounts(*design.getNetlist()), design.locationReport(),
       design.logReport(), !options.locations.empty(),         !options.log.empty(),
       std::nullopt};
-  if (options.fromNetlists()) report.coverage = design.coverage().all;
+  const bool knowsRegisters = options.fromNetlists() || options.matching == Matching::Extended;
+  if (knowsRegisters) report.coverage = design.coverage();
   return report;
 }
 
@@ -131,7 +133,7 @@ Status build(Session& session, const BuildOptions& options) {
   if (output.isStandardOutput() && session.options.json) {
     throw UsageFailure("--json needs standard output for its document; write to a file");
   }
-  Design design;
+  Design design(options.matching);
   readDesign(design, options, session.console);
   readDeviceFiles(design, options, session.console);
   const BuildReport report = reportOf(design, options);
@@ -148,6 +150,11 @@ const char* const footer =
     "of\n"
     "both; then the locations of the implemented design and the constants of the synthesis log.\n"
     "OUT appears only when it is complete: a build that fails leaves an older file as it was.\n"
+    "Extended matching finds the registers of buses, arrays, records and generate scopes under\n"
+    "their printable names; strict matching goes by the netlists' identifiers alone.\n"
+    "Of the RTL's registers, located ones have a place in the device; constant ones were turned\n"
+    "into one; merged ones share the place of an equal register; those not in the implementation\n"
+    "were removed by synthesis; of unknown ones no file tells anything.\n"
     "Examples:\n"
     "  xrf build --rtl top_rtl.edf --synth top_synth.edf --ll top.ll --log synth.log -o top.xrf\n"
     "  xrf build --xrf top.xrf --ll next_run.ll -o next_run.xrf";
@@ -164,6 +171,14 @@ void addOptions(CLI::App& subcommand, BuildOptions& options) {
   add("-o,--output", options.output, "Cross-reference file to write")->required();
   subcommand.add_flag("--hide-hidden", options.hideHidden,
                       "Leave out cells of registers and logic, and other hidden objects");
+  const auto takeMatching = [&options](const std::string& name) {
+    options.matching = name == "strict" ? Matching::Strict : Matching::Extended;
+  };
+  subcommand
+      .add_option_function<std::string>("--matching", takeMatching,
+                                        "How names are matched: extended (default) or strict")
+      ->check(CLI::IsMember({"strict", "extended"}).description(""))
+      ->type_name("HOW");
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <tools/xrf/BuildReport.h>
+#include <tools/xrf/CoverageReport.h>
 #include <tools/xrf/Style.h>
 
 #include <algorithm>
@@ -6,22 +7,12 @@
 
 namespace xrf {
 
-using XRF_RTL2LL::Coverage;
 using XRF_RTL2LL::LocationReport;
 using XRF_RTL2LL::LogReport;
 
 namespace {
 
 constexpr std::size_t namesInText = 5;
-
-Json coverageJson(const std::optional<Coverage::Counts>& counts) {
-  if (!counts) return nullptr;
-  return {{"registers", counts->total()},
-          {"located", counts->located},
-          {"constant", counts->constant},
-          {"unread", counts->unread},
-          {"unknown", counts->unknown}};
-}
 
 std::string lineCounts(std::uint64_t lines, std::uint64_t used, std::uint64_t skipped,
                        std::uint64_t unmatched) {
@@ -57,18 +48,16 @@ std::string locationsText(const LocationReport& report) {
 std::string logText(const LogReport& report) {
   std::string text = lineCounts(report.lines, report.used, report.skipped, report.unmatched) + "\n";
   appendSkipped(text, report.skipped, "of signals without a bit 0");
+  if (report.suppressed) {
+    text +=
+        "             cut short by the tool's message limit: constants and merges may be missing\n";
+  }
   return text + unmatchedText(report.unmatchedNames, report.unmatched);
 }
 
-std::string coverageText(const std::optional<Coverage::Counts>& counts) {
-  if (!counts) return "not known for a design loaded from a cross-reference file\n";
-  const std::uint64_t known = counts->located + counts->constant;
-  const double share = counts->total() == 0 ? 0.0
-                                            : 100.0 * static_cast<double>(known) /
-                                                  static_cast<double>(counts->total());
-  return fmt::format(
-      "{} bits in the RTL: {} located, {} constant, {} unread, {} unknown ({:.1f} % known)\n",
-      counts->total(), counts->located, counts->constant, counts->unread, counts->unknown, share);
+std::string registersText(const std::optional<XRF_RTL2LL::Coverage>& coverage, bool colored) {
+  if (coverage) return coverageText(*coverage, colored);
+  return "registers    not known for a design loaded in strict reading\n";
 }
 
 }  // namespace
@@ -80,6 +69,9 @@ Json buildJson(const BuildReport& report) {
            {{"lines", report.locations.lines},
             {"used", report.locations.used},
             {"skipped", report.locations.skipped()},
+            {"skippedBlocks", report.locations.skippedBlocks},
+            {"skippedLatches", report.locations.skippedLatches},
+            {"skippedIndices", report.locations.skippedIndices},
             {"unmatched", report.locations.unmatched},
             {"unmatchedNames", report.locations.unmatchedNames}}},
           {"log",
@@ -87,9 +79,10 @@ Json buildJson(const BuildReport& report) {
             {"used", report.log.used},
             {"skipped", report.log.skipped},
             {"unmatched", report.log.unmatched},
-            {"unmatchedNames", report.log.unmatchedNames}}},
+            {"unmatchedNames", report.log.unmatchedNames},
+            {"suppressed", report.log.suppressed}}},
           {"views", viewsJson(report.views)},
-          {"coverage", coverageJson(report.coverage)}};
+          {"coverage", report.coverage ? coverageJson(*report.coverage) : Json()}};
 }
 
 std::string buildText(const BuildReport& report, bool colored) {
@@ -98,8 +91,8 @@ std::string buildText(const BuildReport& report, bool colored) {
   text += report.readLocations ? locationsText(report.locations) : "none given (--ll)\n";
   text += "log          ";
   text += report.readLog ? logText(report.log) : "none given (--log)\n";
-  text += "registers    " + coverageText(report.coverage);
-  return text + "wrote        " + printable(report.output) + "\n";
+  text += registersText(report.coverage, colored);
+  return text + "\nwrote        " + printable(report.output) + "\n";
 }
 
 }  // namespace xrf

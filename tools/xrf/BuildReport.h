@@ -17,8 +17,8 @@ struct BuildReport {
   XRF_RTL2LL::LogReport log;
   bool readLocations;
   bool readLog;
-  /// Register bits of the RTL; a design loaded from a cross-reference file does not know them.
-  std::optional<XRF_RTL2LL::Coverage::Counts> coverage;
+  /// A design loaded in strict reading does not know its registers.
+  std::optional<XRF_RTL2LL::Coverage> coverage;
 };
 
 Json buildJson(const BuildReport& report);

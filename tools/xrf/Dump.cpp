@@ -40,17 +40,16 @@ void writeModel(std::ostream& out, const XRF_RTL2LL::Netlist& netlist) {
 }
 
 Status dump(Session& session, const std::string& file) {
-  XRF_RTL2LL::Design design;
-  load(design, file, session.console);
+  const auto design = loaded(file, session.console);
   if (session.options.json) {
     std::ostringstream text;
-    writeModel(text, *design.getNetlist());
+    writeModel(text, *design->getNetlist());
     const Json document{{"command", "dump"}, {"file", file}, {"text", text.str()}};
     printOut(jsonText(document) + "\n");
   } else {
     StandardOutputBuffer buffer;
     std::ostream out(&buffer);
-    writeModel(out, *design.getNetlist());
+    writeModel(out, *design->getNetlist());
   }
   return Status::Done;
 }

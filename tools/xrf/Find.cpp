@@ -1,9 +1,8 @@
-#include <tools/xrf/Json.h>
+#include <tools/xrf/BitColumns.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/Search.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
-#include <tools/xrf/Table.h>
 #include <tools/xrf/ViewOption.h>
 
 #include <CLI/CLI.hpp>
@@ -50,36 +49,11 @@ void eachIndex(const SignalHit& hit, Visit visit) {
   }
 }
 
-const char* kindName(Bit::BitKind kind) {
-  switch (kind) {
-    case Bit::STATE:
-      return "STATE";
-    case Bit::CNST:
-      return "CNST";
-    case Bit::UNREAD:
-      return "UNREAD";
-    case Bit::UNKNOWN:
-      break;
-  }
-  return "UNKNOWN";
-}
-
-std::string valueText(const Bit& bit) {
-  if (bit.getKind() != Bit::CNST) return bit.getValueStr(false);
-  return bit.getValue() ? "1" : "0";
-}
-
 Json bitJson(unsigned index, const Bit* bit) {
   Json json{{"index", index}};
   if (bit == nullptr) return json;
   json["id"] = bit->getId();
-  json["kind"] = kindName(bit->getKind());
-  if (bit->getKind() == Bit::STATE) {
-    json["frame"] = bit->getStateLoc1();
-    json["offset"] = bit->getStateLoc2();
-    json["slr"] = bit->getStateLoc3();
-  }
-  json["value"] = valueText(*bit);
+  addBit(json, *bit);
   return json;
 }
 
@@ -118,20 +92,6 @@ void printJson(const std::string& file, const SearchResult& result) {
            "}\n");
 }
 
-Table::Cell kindCell(Bit::BitKind kind) {
-  switch (kind) {
-    case Bit::STATE:
-      return {"located", Color::Green};
-    case Bit::CNST:
-      return {"constant", Color::Cyan};
-    case Bit::UNREAD:
-      return {"unread", Color::Yellow};
-    case Bit::UNKNOWN:
-      break;
-  }
-  return {"unknown", Color::Dim};
-}
-
 Table::Row bitRow(const SignalHit& hit, unsigned index) {
   const Signal& signal = *hit.signal;
   std::string name = printable(signal.getFullName());
@@ -142,14 +102,7 @@ Table::Row bitRow(const SignalHit& hit, unsigned index) {
     row.push_back({"none", Color::Dim});
     return row;
   }
-  row.push_back(kindCell(bit->getKind()));
-  if (bit->getKind() == Bit::STATE) {
-    row.push_back({fmt::format("0x{:08x}", bit->getStateLoc1())});
-    row.push_back({fmt::format("{}", bit->getStateLoc2())});
-    row.push_back({fmt::format("{}", bit->getStateLoc3())});
-  } else if (bit->getKind() == Bit::CNST) {
-    row.insert(row.end(), {{""}, {""}, {""}, {valueText(*bit)}});
-  }
+  addBit(row, *bit);
   return row;
 }
 
@@ -157,15 +110,7 @@ Table::Row bitRow(const SignalHit& hit, unsigned index) {
 void printSignals(const std::vector<SignalHit>& hits, bool colored) {
   if (hits.empty()) return;
   using enum Table::Align;
-  Table table({{"VIEW", Left},
-               {"BIT", Left},
-               {"DIR", Left},
-               {"KIND", Left},
-               {"FRAME", Right},
-               {"OFFSET", Right},
-               {"SLR", Right},
-               {"VALUE", Right}},
-              colored);
+  Table table(withBitColumns({{"VIEW", Left}, {"BIT", Left}, {"DIR", Left}}), colored);
   const auto eachRow = [&hits](auto visit) {
     for (const SignalHit& hit : hits) {
       eachIndex(hit, [&](unsigned index) { visit(bitRow(hit, index)); });
@@ -197,11 +142,10 @@ void printText(const SearchResult& result, bool colored) {
 }
 
 Status find(Session& session, const FindOptions& options) {
-  XRF_RTL2LL::Design design;
-  load(design, options.file, session.console);
+  const auto design = loaded(options.file, session.console);
   SearchOptions what{{XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}, options.hidden};
   if (options.view) what.views = {*options.view};
-  const SearchResult result = search(design, options.names, what);
+  const SearchResult result = search(*design, options.names, what);
   if (session.options.json) {
     printJson(options.file, result);
   } else {

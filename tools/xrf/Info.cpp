@@ -1,4 +1,5 @@
 #include <crossreference/XRF_RTL2LL.h>
+#include <tools/xrf/CoverageReport.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/ModelCounts.h>
 #include <tools/xrf/StandardOutput.h>
@@ -12,41 +13,48 @@ namespace xrf {
 
 namespace {
 
-void printJson(const std::string& file, const DesignCounts& counts, const BitCounts& all,
-               std::size_t nets) {
+struct InfoReport {
+  DesignCounts views;
+  BitCounts all;
+  std::size_t nets;
+  XRF_RTL2LL::Coverage coverage;
+};
+
+void printJson(const std::string& file, const InfoReport& report) {
+  const BitCounts& all = report.all;
   const Json document{{"command", "info"},
                       {"file", file},
-                      {"views", viewsJson(counts)},
+                      {"views", viewsJson(report.views)},
                       {"bits",
                        {{"total", all.total()},
                         {"state", all.located},
                         {"constant", all.constant},
                         {"unread", all.unread},
                         {"unknown", all.unknown}}},
-                      {"nets", nets}};
+                      {"nets", report.nets},
+                      {"coverage", coverageJson(report.coverage)}};
   printOut(jsonText(document) + "\n");
 }
 
-void printText(const DesignCounts& counts, const BitCounts& all, std::size_t nets, bool colored) {
-  const BitCounts& rtl = counts.rtl.bits;
+void printText(const InfoReport& report, bool colored) {
+  const BitCounts& rtl = report.views.rtl.bits;
   const double share = rtl.total() == 0 ? 0.0
                                         : 100.0 * static_cast<double>(rtl.located) /
                                               static_cast<double>(rtl.total());
-  printOut(viewsText(counts, &all, colored));
-  printOut(fmt::format("\n{} nets; {} of {} bits in the RTL located ({:.1f} %)\n", nets,
+  printOut(viewsText(report.views, &report.all, colored));
+  printOut(fmt::format("\n{} nets; {} of {} bits in the RTL located ({:.1f} %)\n\n", report.nets,
                        rtl.located, rtl.total(), share));
+  printOut(coverageText(report.coverage, colored));
 }
 
 Status info(Session& session, const std::string& file) {
-  XRF_RTL2LL::Design design;
-  load(design, file, session.console);
-  const DesignCounts counts(*design.getNetlist());
-  const BitCounts all = countAllBits();
-  const std::size_t nets = XRF_RTL2LL::Net::getAllNets().size();
+  const auto design = loaded(file, session.console);
+  const InfoReport report{DesignCounts(*design->getNetlist()), countAllBits(),
+                          XRF_RTL2LL::Net::getAllNets().size(), design->coverage()};
   if (session.options.json) {
-    printJson(file, counts, all, nets);
+    printJson(file, report);
   } else {
-    printText(counts, all, nets, session.colored());
+    printText(report, session.colored());
   }
   return Status::Done;
 }
@@ -54,7 +62,8 @@ Status info(Session& session, const std::string& file) {
 const char* const footer =
     "Bits are counted once per view, however many signals share them. A located bit has a frame\n"
     "address and an offset; an unread one is a register that was looked for in vain. What no\n"
-    "register drives stays unknown, so a share of 100 % is not to be expected.\n"
+    "register drives stays unknown, so a share of 100 % is not to be expected of bits; of the\n"
+    "registers it is, where all files of the build were given.\n"
     "Example:\n"
     "  xrf info top.xrf";
 

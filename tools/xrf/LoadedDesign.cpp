@@ -15,6 +15,12 @@ void load(XRF_RTL2LL::Design& design, const std::string& path, Console& console)
   throw Failure("holds no design; is it a cross-reference file?", path);
 }
 
+std::unique_ptr<XRF_RTL2LL::Design> loaded(const std::string& path, Console& console) {
+  auto design = std::make_unique<XRF_RTL2LL::Design>(XRF_RTL2LL::Matching::Extended);
+  load(*design, path, console);
+  return design;
+}
+
 std::string_view viewName(XRF_RTL2LL::EdifView view) {
   return view == XRF_RTL2LL::RTL ? "rtl" : "synth";
 }

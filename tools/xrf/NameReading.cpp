@@ -56,6 +56,17 @@ std::string asIdentifier(const std::string& name) {
   return result;
 }
 
+std::string asCarried(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(),
+      [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte <= ' ' || byte == 0x7f || c == '(' || c == ')';
+      },
+      '_');
+  return name;
+}
+
 bool hasWildcard(std::string_view text) {
   return text.find_first_of("*?") != std::string_view::npos;
 }

@@ -21,6 +21,9 @@ std::vector<NameReading> readingsOf(const std::string& name);
 /// The signal's part of a full name spelt as netlist identifiers are: "[", "]", "." and "$" as "_".
 std::string asIdentifier(const std::string& name);
 
+/// The name as a cross-reference file carries it: blanks, parentheses and control bytes as "_".
+std::string asCarried(std::string name);
+
 bool hasWildcard(std::string_view text);
 
 /// Whether `text` matches a pattern of "*" (any characters, "/" included, or none) and "?" (one

@@ -155,7 +155,7 @@ void findInView(const Design& design, EdifView view, const std::vector<std::stri
   for (std::size_t i = 0; i < names.size(); ++i) {
     const std::string name = rooted(names[i], top);
     if (hasWildcard(name)) {
-      patterns.emplace_back(name, found[i]);
+      patterns.emplace_back(asCarried(name), found[i]);
     } else {
       findExactly(design, view, name, found[i]);
     }

@@ -8,6 +8,7 @@ namespace xrf {
 void addBuild(CLI::App& app, Session& session);
 void addInfo(CLI::App& app, Session& session);
 void addFind(CLI::App& app, Session& session);
+void addWhatIs(CLI::App& app, Session& session);
 void addTree(CLI::App& app, Session& session);
 void addDump(CLI::App& app, Session& session);
 

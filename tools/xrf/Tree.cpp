@@ -87,10 +87,9 @@ void printJsonTree(Module* top, const TreeOptions& options) {
 }
 
 Status tree(Session& session, const TreeOptions& options) {
-  XRF_RTL2LL::Design design;
-  load(design, options.file, session.console);
+  const auto design = loaded(options.file, session.console);
   const XRF_RTL2LL::EdifView view = options.view.value_or(XRF_RTL2LL::RTL);
-  Module* top = design.getNetlist()->getTop(view);
+  Module* top = design->getNetlist()->getTop(view);
   if (top == nullptr) {
     throw Failure(fmt::format("holds no {} view", viewName(view)), options.file);
   }

@@ -21,7 +21,8 @@ const char* const footer =
     "Exit status: 0 done, 1 bad input or failed work, 2 wrong usage, 3 a name was not found.\n"
     "Example:\n"
     "  xrf build --rtl top_rtl.edf --synth top_synth.edf --ll top.ll -o top.xrf\n"
-    "  xrf find top.xrf 'u0/cnt[3]'";
+    "  xrf find top.xrf 'u0/cnt[3]'\n"
+    "  xrf whatis top.xrf 0x0040061f 2595";
 
 int report(Session& session, const Failure& failure, Status status) {
   if (session.options.json) {
@@ -91,6 +92,7 @@ int runCommandLine(int argc, char** argv) {
   xrf::addBuild(app, session);
   xrf::addInfo(app, session);
   xrf::addFind(app, session);
+  xrf::addWhatIs(app, session);
   xrf::addTree(app, session);
   xrf::addDump(app, session);
   try {

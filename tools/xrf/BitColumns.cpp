@@ -1,0 +1,75 @@
+#include <tools/xrf/BitColumns.h>
+
+#include <fmt/format.h>
+
+namespace xrf {
+
+using XRF_RTL2LL::Bit;
+
+namespace {
+
+const char* kindName(Bit::BitKind kind) {
+  switch (kind) {
+    case Bit::STATE:
+      return "STATE";
+    case Bit::CNST:
+      return "CNST";
+    case Bit::UNREAD:
+      return "UNREAD";
+    case Bit::UNKNOWN:
+      break;
+  }
+  return "UNKNOWN";
+}
+
+Table::Cell kindCell(Bit::BitKind kind) {
+  switch (kind) {
+    case Bit::STATE:
+      return {"located", Color::Green};
+    case Bit::CNST:
+      return {"constant", Color::Cyan};
+    case Bit::UNREAD:
+      return {"unread", Color::Yellow};
+    case Bit::UNKNOWN:
+      break;
+  }
+  return {"unknown", Color::Dim};
+}
+
+std::string valueText(const Bit& bit) {
+  if (bit.getKind() != Bit::CNST) return bit.getValueStr(false);
+  return bit.getValue() ? "1" : "0";
+}
+
+}  // namespace
+
+std::vector<Table::Column> withBitColumns(std::vector<Table::Column> columns) {
+  using enum Table::Align;
+  columns.insert(
+      columns.end(),
+      {{"KIND", Left}, {"FRAME", Right}, {"OFFSET", Right}, {"SLR", Right}, {"VALUE", Right}});
+  return columns;
+}
+
+void addBit(Table::Row& row, const Bit& bit) {
+  row.push_back(kindCell(bit.getKind()));
+  if (bit.getKind() == Bit::STATE) {
+    row.push_back({fmt::format("0x{:08x}", bit.getStateLoc1())});
+    row.push_back({fmt::format("{}", bit.getStateLoc2())});
+    row.push_back({fmt::format("{}", bit.getStateLoc3())});
+  } else if (bit.getKind() == Bit::CNST) {
+    row.insert(row.end(), {{""}, {""}, {""}, {valueText(bit)}});
+  }
+}
+
+void addBit(Json& json, const Bit& bit) {
+  json["kind"] = kindName(bit.getKind());
+  if (bit.getKind() == Bit::STATE) {
+    json["frame"] = bit.getStateLoc1();
+    json["offset"] = bit.getStateLoc2();
+    json["slr"] = bit.getStateLoc3();
+  }
+  json["value"] = valueText(bit);
+}
+
+}  // namespace xrf

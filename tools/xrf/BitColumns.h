@@ -1,0 +1,17 @@
+#pragma once
+
+#include <crossreference/Bit.h>
+#include <tools/xrf/Json.h>
+#include <tools/xrf/Table.h>
+
+#include <vector>
+
+namespace xrf {
+
+/// What is known of a bit: its kind, where it lives, its value. As the last columns of a table ...
+std::vector<Table::Column> withBitColumns(std::vector<Table::Column> columns);
+void addBit(Table::Row& row, const XRF_RTL2LL::Bit& bit);
+/// ... and as keys of a JSON object.
+void addBit(Json& json, const XRF_RTL2LL::Bit& bit);
+
+}  // namespace xrf
