@@ -136,6 +136,7 @@ class EdifReader {
   std::unordered_map<const Signal*, PortRange> m_ranges;  // of port arrays, as declared
   bool m_any_bracketed = false;  // whether a register's own name ends in a bracket
   bool m_any_foreign = false;    // whether a port array's range is none that the model can have
+  std::vector<const Module*> m_namesakes;  // modules of one name
   std::vector<Deferred> m_deferred;
   RegisterTies m_ties;
   std::vector<Module*> m_modules;  // being read, the current one last

@@ -78,14 +78,16 @@ std::size_t NameRegistry<T>::place(const NameKey& key, std::uint32_t hash) const
 }
 
 template <class T>
-void NameRegistry<T>::enter(T* object) {
+T* NameRegistry<T>::enter(T* object) {
   if ((m_used + 1) * 4 > m_entries.size() * 3) grow();
   const NameKey key(*object);
   const std::uint32_t hash = key.hash();
   const std::size_t at = place(key, hash);
-  if (m_entries[at].object == nullptr) ++m_used;
+  T* replaced = m_entries[at].object;
+  if (replaced == nullptr) ++m_used;
   m_entries[at] = RegisteredName<T>(object);
   m_hashes[at] = hash;
+  return replaced;
 }
 
 template <class T>

@@ -53,7 +53,8 @@ struct RegisteredName<Module> {
 template <class T>
 class NameRegistry {
  public:
-  void enter(T* object);
+  /// Returns the object that was replaced, or null.
+  T* enter(T* object);
   T* find(std::string_view name) const { return find(NameKey(name)); }
   T* find(const NameKey& key) const;
 

@@ -54,6 +54,7 @@ void EdifReader::read() {
       std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size()));
   m_state.budget = &m_budget;
   parse_expr();
+  for (const Module* module : m_namesakes) RegisterTies::disputeAll(*module);
 }
 
 std::uint32_t EdifReader::take() {
@@ -317,7 +318,10 @@ Module* EdifReader::push_module(const ExprResult& name) {
     fatalHere("The paths of the modules take up more than %llu bytes.",
               static_cast<unsigned long long>(m_path_bytes));
   }
-  m_netlist.registerModule(m_view, module);
+  const Module* namesake = m_state.modules.at(m_view).enter(module);
+  if (namesake != nullptr && m_state.reading.has(Rule::CleanNames)) {
+    m_namesakes.insert(m_namesakes.end(), {namesake, module});
+  }
   m_modules.push_back(module);
   return module;
 }

@@ -58,7 +58,9 @@ struct NetlistState {
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
   /// The signal of a module by its local name, or null.
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {
-    return signals.at(view).find(NameKey(module, name));
+    Signal* signal = signals.at(view).find(NameKey(module, name));
+    // Modules may have one name once it is cleaned.
+    return signal != nullptr && signal->getModule() == &module ? signal : nullptr;
   }
   /// A number for a signal of a name: the code of the name, unless something else of the module has
   /// it.

@@ -3,6 +3,7 @@
 #include <crossreference/RegisterTies.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace XRF_RTL2LL {
 
@@ -80,14 +81,16 @@ void RegisterPairs::matchUnnamed() {
 // Modules that are left, and those that were dissolved with "/": nothing below them was joined to
 // their names.
 void RegisterPairs::findKeptLevels() {
-  const auto add = [&](const std::string& name) {
-    for (std::size_t at = name.rfind('/'); at != std::string::npos && at > 0;
-         at = name.rfind('/', at - 1)) {
-      if (!m_kept.insert(name.substr(0, at)).second) return;
-    }
-  };
   m_state.modules[SYNTH].each([&](const Module* module) {
-    if (module->getName() != nullptr) add(belowTop(NameKey(*module).compose(), SYNTH));
+    if (module->getName() == nullptr) return;
+    const bool holdsModules = !module->getChildren(false).empty();
+    const bool dissolved = std::strchr(module->getName(), '/') != nullptr;
+    if (!holdsModules && !dissolved) return;
+    const std::string path = belowTop(NameKey(*module).compose(), SYNTH);
+    if (holdsModules) m_kept.insert(path);
+    for (std::size_t at = path.find('/'); at != std::string::npos; at = path.find('/', at + 1)) {
+      m_kept.insert(path.substr(0, at));
+    }
   });
 }
 
@@ -120,11 +123,11 @@ void RegisterPairs::matchFlattened() {
   findKeptLevels();
   std::unordered_map<Signal*, std::vector<Signal*>> claims;
   m_state.signals[SYNTH].each([&](Signal* synth) {
+    if (!holdsRegisters(*synth)) return;
     const std::string name = belowTop(synth->getFullName(), SYNTH);
     const auto [first, last] = missing.equal_range(joinedLevels(name));
     for (auto found = first; found != last; ++found) {
-      const bool fits = isJoined(found->second.name, name) && holdsRegisters(*synth);
-      if (fits) claims[found->second.rtl].push_back(synth);
+      if (isJoined(found->second.name, name)) claims[found->second.rtl].push_back(synth);
     }
   });
   settleFlattened(claims, taken);

@@ -20,7 +20,6 @@ Signal* RegisterTies::widen(Module& parent, const std::string& name, std::uint32
                             std::uint32_t msb) {
   const std::string* word = m_state.model.names.intern(std::string_view(name));
   const Signal* known = m_state.findByName(m_view, parent, name);
-  if (known != nullptr && known->getModule() != &parent) known = nullptr;
   const unsigned int number = known != nullptr ? known->getId() : m_state.freeNumber(parent, name);
   return m_state.addSignal(m_view, &parent, word, lsb, msb, number);
 }
@@ -43,12 +42,25 @@ bool fits(const NamedBits& name, const Signal& output) {
 }  // namespace
 
 // Two registers whose names mean the same bit: nobody can tell which one a file speaks of, so it is
-// no register for anybody.
+// no register for anybody. A place that has left the register's bit is known for it by a loaded
+// model.
 void RegisterTies::dispute(BitRef& place, BitRef& value) {
   place.getBit()->setSrc(false);
   place.m_register = false;
   place.m_disputed = true;
   value.getBit()->setSrc(false);
+}
+
+void RegisterTies::disputeAll(const Module& module) {
+  for (Signal* signal : module.getSignals(false)) {
+    for (std::uint64_t index = signal->getLsb(); index <= signal->getMsb(); ++index) {
+      BitRef* place = signal->getBitRef(static_cast<std::uint32_t>(index), true);
+      if (place == nullptr || !place->m_register) continue;
+      dispute(*place, *place);
+      place->leave();
+    }
+  }
+  for (const Module* child : module.getChildren(false)) disputeAll(*child);
 }
 
 void RegisterTies::join(BitRef& place, BitRef& net) {
@@ -70,7 +82,6 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
     const bool taken = place->m_register || place->m_disputed;
     if (taken && !name.replica) {
       dispute(*place, *value);
-      // By a bit of its own a loaded model knows the place again.
       place->leave();
     }
     if (taken) continue;

@@ -24,6 +24,8 @@ class RegisterTies {
   /// Finds the place of a register of a loaded model, whose bits are merged already.
   void recall(Module& parent, Module& instance, const NamedBits& name);
 
+  /// Takes all registers below a module for disputed, since its name is another's too.
+  static void disputeAll(const Module& module);
   /// Joins a net to the signal bit that bears its name.
   static void join(BitRef& place, BitRef& net);
   static bool isTied(const BitRef& ref) { return ref.m_register; }

@@ -247,6 +247,33 @@ TEST_F(ExtendedRulesTest, NamesThatAreOneOnceCleanedStayUnmatched) {
   EXPECT_THAT(subject.locationReport().unmatchedNames, ElementsAre("a b", "a_b"));
 }
 
+TEST_F(ExtendedRulesTest, RegistersOfModulesThatAreOneOnceCleanedStayUnmatched) {
+  const auto view = [](const std::string& cellName) {
+    const std::string sub = cell("sub", "", registers(cellName, {{"x_reg", "x"}}));
+    return top("",
+               instance(named("u 0"), "sub") + instance(named("u_0"), "sub") + instance("v", "sub"),
+               sub);
+  };
+  parse(RTL, view("RTL_REG"));
+  parse(SYNTH, view("FDRE"));
+  const test::TempFile file("", "design.xrf");
+  subject.exportDesign(file.path(), true);
+  locate({"u 0/x", "v/x"});
+  EXPECT_EQ(at("u_0/x"), "unknown");
+  EXPECT_EQ(at("v/x"), "2");
+  EXPECT_THAT(subject.locationReport().unmatchedNames, ElementsAre("u 0/x"));
+
+  resetModel();
+  Design loaded(Matching::Extended);
+  run([&] { loaded.parse_xrf(file.path()); });
+  const test::TempFile locations(
+      "Bit 5 0x10 7 Block=SLICE_X1Y2 Latch=AQ Net=u_0/x\n"
+      "Bit 5 0x10 8 Block=SLICE_X1Y2 Latch=AQ Net=v/x\n");
+  run([&] { loaded.parse_ll(locations.path()); });
+  EXPECT_EQ(loaded.findSignal(RTL, "/top/u_0/x")->getBitRef(0)->getBit()->getKind(), Bit::UNKNOWN);
+  EXPECT_EQ(loaded.findSignal(RTL, "/top/v/x")->getBitRef(0)->getBit()->getStateLoc2(), 8U);
+}
+
 TEST_F(ExtendedRulesTest, RawNamesWinOverCleanedOnes) {
   readDesign(elaborated({"pos_reg[3]", "pos_3__reg"}),
              registers("FDRE", {{"pos_reg[3]", "pos[3]"}, {"pos_3__reg", "pos_3_"}}));
