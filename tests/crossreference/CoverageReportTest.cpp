@@ -1,5 +1,5 @@
 #include "tests/Edif.h"
-#include "tests/crossreference/ReadingTest.h"
+#include "tests/crossreference/DesignFilesTest.h"
 
 #include <string>
 #include <vector>
@@ -15,34 +15,15 @@ using edif::top;
 namespace {
 
 /// What a design says of the files it read and of its registers.
-class CoverageReportTest : public test::ReadingTest {
+class CoverageReportTest : public test::DesignFilesTest {
  protected:
-  void load(const std::string& rtl, const std::string& synth) {
-    const test::TempFile rtlFile(rtl);
-    const test::TempFile synthFile(synth);
-    run([&] {
-      subject.parse_rtl(rtlFile.path());
-      subject.parse_synth(synthFile.path());
-    });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
   /// Registers a to d and a bus c[1:0] in the top, and e in u; the netlist of synthesis lacks d.
   void loadRegisters() {
     const std::string sub = cell("sub", "", instance("e_reg", "FDRE"));
     const std::string common = instance("u", "sub") + instance("a_reg", "FDRE") +
                                instance("b_reg", "FDRE") + instance("c_reg[0]", "FDRE") +
                                instance("c_reg[1]", "FDRE");
-    load(top("", common + instance("d_reg", "FDRE"), sub), top("", common, sub));
-  }
-  void readLl(const std::string& text) {
-    const test::TempFile file(text);
-    run([&] { subject.parse_ll(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
-  void readLog(const std::string& text) {
-    const test::TempFile file(text);
-    run([&] { subject.parse_log(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
+    readNetlists(top("", common + instance("d_reg", "FDRE"), sub), top("", common, sub));
   }
   static std::string location(const std::string& net, const std::string& latch = "AQ",
                               const std::string& block = "SLICE_X1Y1") {
@@ -67,11 +48,13 @@ TEST_F(CoverageReportTest, FreshDesignReportsNothing) {
 }
 
 TEST_F(CoverageReportTest, LocationLinesAreCountedByWhatBecameOfThem) {
-  load(top(output("p") + port(renamed("h_3_", "h[3]"), "OUTPUT"), instance("a_reg", "FDRE")),
-       top(output("s"), instance("a_reg", "FDRE")));
-  readLl("Revision 3\nBit 1 0x1 1 Block=RAMB36_X0Y0 Ram=B:BIT0\n" + location("a") + location("s") +
-         location("a", "AMUX") + location("p", "AMUX") + location("p", "BMUX") +
-         location("a", "I", "A9") + location("h") + location("u/none[3]") + location("gone"));
+  readNetlists(
+      top(output("p") + port(renamed("h_3_", "h[3]"), "OUTPUT"), instance("a_reg", "FDRE")),
+      top(output("s"), instance("a_reg", "FDRE")));
+  readLocations("Revision 3\nBit 1 0x1 1 Block=RAMB36_X0Y0 Ram=B:BIT0\n" + location("a") +
+                location("s") + location("a", "AMUX") + location("p", "AMUX") +
+                location("p", "BMUX") + location("a", "I", "A9") + location("h") +
+                location("u/none[3]") + location("gone"));
   const LocationReport& report = subject.locationReport();
   EXPECT_EQ(report.lines, 9U);
   EXPECT_EQ(report.used, 3U);
@@ -85,8 +68,8 @@ TEST_F(CoverageReportTest, LocationLinesAreCountedByWhatBecameOfThem) {
 
 TEST_F(CoverageReportTest, LocationReportGrowsWithEachFile) {
   loadRegisters();
-  readLl(location("a") + location("x"));
-  readLl(location("b") + location("y"));
+  readLocations(location("a") + location("x"));
+  readLocations(location("b") + location("y"));
   EXPECT_EQ(subject.locationReport().lines, 4U);
   EXPECT_EQ(subject.locationReport().used, 2U);
   EXPECT_EQ(subject.locationReport().unmatchedNames, (std::vector<std::string>{"x", "y"}));
@@ -96,7 +79,7 @@ TEST_F(CoverageReportTest, OnlyTheFirstUnmatchedNamesAreKept) {
   loadRegisters();
   std::string lines;
   for (int i = 0; i < 20000; ++i) lines += location("n" + std::to_string(i));
-  readLl(lines);
+  readLocations(lines);
   const LocationReport& report = subject.locationReport();
   EXPECT_EQ(report.unmatched, 20000U);
   ASSERT_GE(report.unmatchedNames.size(), 3U);
@@ -105,8 +88,9 @@ TEST_F(CoverageReportTest, OnlyTheFirstUnmatchedNamesAreKept) {
 }
 
 TEST_F(CoverageReportTest, LogLinesAreCountedByWhatBecameOfThem) {
-  load(top(output("p") + port(renamed("h_3_", "h[3]"), "OUTPUT"), instance("a_reg", "FDRE")),
-       top("", ""));
+  readNetlists(
+      top(output("p") + port(renamed("h_3_", "h[3]"), "OUTPUT"), instance("a_reg", "FDRE")),
+      top("", ""));
   readLog("noise\n" + constant("a_reg") + constant("p") + constant("h") + constant("u/none[3]"));
   const LogReport& report = subject.logReport();
   EXPECT_EQ(report.lines, 4U);
@@ -126,7 +110,7 @@ TEST_F(CoverageReportTest, EveryRegisterBitOfTheRtlIsCountedOnce) {
 
 TEST_F(CoverageReportTest, RegistersAreCountedByWhatIsKnownOfThem) {
   loadRegisters();
-  readLl(location("a") + location("u/e"));
+  readLocations(location("a") + location("u/e"));
   readLog(constant("b_reg"));
   const Coverage coverage = subject.coverage();
   EXPECT_EQ(text(coverage.all), "2 1 1 2") << "d is unread, both bits of c are unknown";
@@ -138,13 +122,13 @@ TEST_F(CoverageReportTest, RegistersAreCountedByWhatIsKnownOfThem) {
 }
 
 TEST_F(CoverageReportTest, EveryBitOfAWideRegisterCounts) {
-  load(top("", instance(renamed("w", "word"), "RTL_wide_fd")), top("", ""));
+  readNetlists(top("", instance(renamed("w", "word"), "RTL_wide_fd")), top("", ""));
   EXPECT_EQ(text(subject.coverage().all), "0 0 0 4");
 }
 
 TEST_F(CoverageReportTest, OtherBitsAreNoRegisters) {
-  load(top(output("p"), instance("l", "LUT2") + instance("g", "GND")),
-       top("", instance("a_reg", "FDRE")));
+  readNetlists(top(output("p"), instance("l", "LUT2") + instance("g", "GND")),
+               top("", instance("a_reg", "FDRE")));
   EXPECT_EQ(subject.coverage().all.total(), 0U);
   EXPECT_TRUE(subject.coverage().modules.empty());
 }
@@ -200,8 +184,8 @@ class SharedRegistersTest : public CoverageReportTest {
 TEST_F(SharedRegistersTest, MergedRegisterCountsBesideItsSurvivor) {
   subject.setMatching(Matching::Extended);
   const std::string y = instance("y_reg", "FDRE");
-  load(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
-  readLl(location("y"));
+  readNetlists(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
+  readLocations(location("y"));
   readLog(merging("x_reg", "y_reg"));
   expectCoverage("1 0 1 0 0; /top 1 0 1 0 0");
 }
@@ -210,10 +194,10 @@ TEST_F(SharedRegistersTest, SurvivorIsTheOneThatTheSynthesizedViewHas) {
   subject.setMatching(Matching::Extended);
   // The module that holds the register which is gone comes first in name order.
   const std::string kept = instance("z_reg[1]", "FDRE");
-  load(top("", instance("a", "sub") + instance("u", "other"),
-           cell("sub", "", instance("x_reg", "FDRE")) + cell("other", "", kept)),
-       top("", instance("u", "other"), cell("other", "", kept)));
-  readLl(location("u/z[1]"));
+  readNetlists(top("", instance("a", "sub") + instance("u", "other"),
+                   cell("sub", "", instance("x_reg", "FDRE")) + cell("other", "", kept)),
+               top("", instance("u", "other"), cell("other", "", kept)));
+  readLocations(location("u/z[1]"));
   readLog(merging("a/x_reg", "u/z_reg[1]"));
   expectCoverage("1 0 1 0 0; /top/a 0 0 1 0 0; /top/u 1 0 0 0 0");
 }
@@ -221,15 +205,15 @@ TEST_F(SharedRegistersTest, SurvivorIsTheOneThatTheSynthesizedViewHas) {
 TEST_F(SharedRegistersTest, ChainOfMergesHasOneSurvivor) {
   subject.setMatching(Matching::Extended);
   const std::string gone = instance("w_reg[0]", "FDRE") + instance("w_reg[1]", "FDRE");
-  load(around(gone, instance("e_reg", "FDRE")), around("", instance("e_reg", "FDRE")));
-  readLl(location("u/e"));
+  readNetlists(around(gone, instance("e_reg", "FDRE")), around("", instance("e_reg", "FDRE")));
+  readLocations(location("u/e"));
   readLog(merging("w_reg[0]", "w_reg[1]") + merging("w_reg[1]", "u/e_reg"));
   expectCoverage("1 0 2 0 0; /top 0 0 2 0 0; /top/u 1 0 0 0 0");
 }
 
 TEST_F(SharedRegistersTest, SurvivorThatIsGoneItselfCountsByItsKind) {
   subject.setMatching(Matching::Extended);
-  load(around(instance("x_reg", "FDRE"), instance("e_reg", "FDRE")), around("", ""));
+  readNetlists(around(instance("x_reg", "FDRE"), instance("e_reg", "FDRE")), around("", ""));
   readLog(merging("x_reg", "u/e_reg"));
   expectCoverage("0 0 1 1 0; /top 0 0 1 0 0; /top/u 0 0 0 1 0");
 }
@@ -237,8 +221,8 @@ TEST_F(SharedRegistersTest, SurvivorThatIsGoneItselfCountsByItsKind) {
 TEST_F(SharedRegistersTest, FirstInNameOrderSurvivesWhereTheImplementationHasSeveral) {
   subject.setMatching(Matching::Extended);
   const std::string both = around(instance("x_reg", "FDRE"), instance("e_reg", "FDRE"));
-  load(both, both);
-  readLl(location("u/e") + location("x"));
+  readNetlists(both, both);
+  readLocations(location("u/e") + location("x"));
   ASSERT_EQ(all(subject), "2 0 0 0 0; /top 1 0 0 0 0; /top/u 1 0 0 0 0");
   signal("/top/x")->merge(signal("/top/u/e"), 0);
   // u/e comes before x.
@@ -247,14 +231,14 @@ TEST_F(SharedRegistersTest, FirstInNameOrderSurvivesWhereTheImplementationHasSev
 
 TEST_F(SharedRegistersTest, ConstantOfASurvivorCountsOnce) {
   subject.setMatching(Matching::Extended);
-  load(around(instance("x_reg", "FDRE") + instance("y_reg", "FDRE"), ""), around("", ""));
+  readNetlists(around(instance("x_reg", "FDRE") + instance("y_reg", "FDRE"), ""), around("", ""));
   readLog(constant("y_reg") + merging("x_reg", "y_reg"));
   expectCoverage("0 1 1 0 0; /top 0 1 1 0 0");
 }
 
 TEST_F(SharedRegistersTest, RegistersLaidOntoOneBitWithoutPlacesAreNotKnown) {
   const std::string words = instance("m_reg[1][2][3]", "FDRE") + instance("m_reg[1][2][4]", "FDRE");
-  load(around(words, instance("e_reg", "FDRE")), around(words, instance("e_reg", "FDRE")));
+  readNetlists(around(words, instance("e_reg", "FDRE")), around(words, instance("e_reg", "FDRE")));
   ASSERT_EQ(idOf("/top/m_reg[1][2][3]/Q"), idOf("/top/m_reg[1][2][4]/Q"));
   bit("/top/m_reg[1][2][3]/Q")->setKind(Bit::STATE);
   expectCoverage("1 0 0 0 2; /top 1 0 0 0 1; /top/u 0 0 0 0 1");
@@ -262,8 +246,8 @@ TEST_F(SharedRegistersTest, RegistersLaidOntoOneBitWithoutPlacesAreNotKnown) {
 
 TEST_F(SharedRegistersTest, StrictReadingHasNoMerges) {
   const std::string y = instance("y_reg", "FDRE");
-  load(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
-  readLl(location("y"));
+  readNetlists(around(instance("x_reg", "FDRE") + y, ""), around(y, ""));
+  readLocations(location("y"));
   readLog(merging("x_reg", "y_reg"));
   EXPECT_EQ(all(subject), "1 0 0 1 0; /top 1 0 0 1 0");
 }
@@ -284,7 +268,7 @@ TEST_F(CoverageReportTest, DesignLoadedInStrictReadingKnowsNoRegisters) {
 
 TEST_F(CoverageReportTest, LocationsReachTheRtlView) {
   loadRegisters();
-  readLl(
+  readLocations(
       "Bit 1 0x00400100 33 Block=SLICE_X1Y1 Latch=AQ Net=a\n"
       "Bit 2 0x00400101 34 Block=SLICE_X1Y1 Latch=BMUX Net=u/e\n");
   readLog(constant("b_reg"));
@@ -299,9 +283,9 @@ TEST_F(CoverageReportTest, LocationsReachTheRtlView) {
 }
 
 TEST_F(CoverageReportTest, FlattenedRegisterIsKnownInTheSynthesizedViewOnly) {
-  load(top("", instance("u", "sub"), cell("sub", "", instance("e_reg", "FDRE"))),
-       top(output("u_e"), ""));
-  readLl(location("u/zz/e") + location("u_e"));
+  readNetlists(top("", instance("u", "sub"), cell("sub", "", instance("e_reg", "FDRE"))),
+               top(output("u_e"), ""));
+  readLocations(location("u/zz/e") + location("u_e"));
   EXPECT_EQ(bit("/top/u_e", 0, SYNTH)->getKind(), Bit::STATE);
   EXPECT_EQ(bit("/top/u/e")->getKind(), Bit::UNKNOWN);
 }

@@ -1,5 +1,5 @@
 #include "tests/Edif.h"
-#include "tests/crossreference/ReadingTest.h"
+#include "tests/crossreference/DesignFilesTest.h"
 
 #include <gmock/gmock.h>
 #include <string>
@@ -23,7 +23,7 @@ using ::testing::IsEmpty;
 namespace {
 
 /// Extended reading of small designs, whose netlists give identifiers and printable names.
-class ExtendedRulesTest : public test::ReadingTest {
+class ExtendedRulesTest : public test::DesignFilesTest {
  protected:
   ExtendedRulesTest() { subject.setMatching(Matching::Extended); }
 
@@ -53,14 +53,8 @@ class ExtendedRulesTest : public test::ReadingTest {
     return registers("RTL_REG", both);
   }
 
-  void parse(EdifView view, const std::string& text) {
-    const test::TempFile file(text, "netlist.edf");
-    run([&] { view == RTL ? subject.parse_rtl(file.path()) : subject.parse_synth(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
   void readDesign(const std::string& rtl, const std::string& synth) {
-    parse(RTL, top("", rtl));
-    parse(SYNTH, top("", synth));
+    readNetlists(top("", rtl), top("", synth));
   }
 
   /// A location line for each net: frame 16, offsets 1, 2, 3, ... in their order.
@@ -72,16 +66,6 @@ class ExtendedRulesTest : public test::ReadingTest {
               " Net=" + name + "\n";
     }
     readLocations(text);
-  }
-  void readLocations(const std::string& text) {
-    const test::TempFile file(text, "design.ll");
-    run([&] { subject.parse_ll(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
-  void readLog(const std::string& text) {
-    const test::TempFile file(text, "synth.log");
-    run([&] { subject.parse_log(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
   }
   static std::string constant(const std::string& element, const std::string& value = "1") {
     return "INFO: [Synth 8-3333] propagating constant " + value + " across sequential element (" +

@@ -2,6 +2,7 @@
 #include <tests/TempFile.h>
 #include <tests/crossreference/GeneratedDesign.h>
 #include <tests/crossreference/Recovery.h>
+#include <tests/crossreference/TruthList.h>
 
 #include <cstdio>
 #include <memory>
@@ -36,13 +37,6 @@ const std::array<NamedRule, 16> kRules = {{{Rule::PrintableRegisters, "printable
                                            {Rule::DeclareLoadedBits, "declare loaded bits"}}};
 
 namespace {
-
-std::vector<std::string> columns(const std::string& line) {
-  std::vector<std::string> result;
-  std::istringstream in(line);
-  for (std::string column; std::getline(in, column, '\t');) result.push_back(column);
-  return result;
-}
 
 std::string expectedOf(const std::string& status) {
   std::istringstream in(status);
@@ -179,7 +173,7 @@ std::vector<RegisterTruth> registerTruth(const std::vector<std::string>& lines) 
   std::vector<RegisterTruth> truth;
   for (const std::string& line : lines) {
     if (line.starts_with('#')) continue;
-    const std::vector<std::string> column = columns(line);
+    const std::vector<std::string> column = tabColumns(line);
     if (column.size() != 8) throw std::runtime_error("not a line of a truth list: " + line);
     const std::string fate = column[7].substr(0, column[7].find(' '));
     truth.push_back({column[0], column[5], static_cast<unsigned int>(std::stoul(column[6])), fate,

@@ -48,7 +48,7 @@ struct Recovery {
   std::vector<std::string> missing;  ///< those that show nothing
   std::vector<std::string> wrong;    ///< bits that show what is another's, or not true
 
-  std::string ended;                 ///< the error that ended the reading, if one did
+  std::string ended;  ///< the error that ended the reading, if one did
 
   bool complete() const { return ended.empty() && missing.empty() && wrong.empty(); }
 };

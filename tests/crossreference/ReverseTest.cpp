@@ -1,5 +1,5 @@
 #include "tests/Edif.h"
-#include "tests/crossreference/ReadingTest.h"
+#include "tests/crossreference/DesignFilesTest.h"
 
 #include <gmock/gmock.h>
 #include <string>
@@ -20,29 +20,10 @@ namespace {
 using Names = std::vector<std::string>;
 
 /// From a place or a name of the implementation back to the registers of the RTL.
-class ReverseTest : public test::ReadingTest {
+class ReverseTest : public test::DesignFilesTest {
  protected:
   void SetUp() override { subject.setMatching(Matching::Extended); }
 
-  void load(const std::string& rtl, const std::string& synth) {
-    const test::TempFile rtlFile(rtl);
-    const test::TempFile synthFile(synth);
-    run([&] {
-      subject.parse_rtl(rtlFile.path());
-      subject.parse_synth(synthFile.path());
-    });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
-  void readLl(const std::string& text) {
-    const test::TempFile file(text);
-    run([&] { subject.parse_ll(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
-  void readLog(const std::string& text) {
-    const test::TempFile file(text);
-    run([&] { subject.parse_log(file.path()); });
-    ASSERT_FALSE(fatal) << fatal->text;
-  }
   /// At frame 16.
   static std::string location(const std::string& net, unsigned offset) {
     return "Bit 5 0x10 " + std::to_string(offset) + " Block=SLICE_X1Y1 Latch=AQ Net=" + net + "\n";
@@ -75,9 +56,9 @@ class ReverseTest : public test::ReadingTest {
 };
 
 TEST_F(ReverseTest, PlaceTellsTheRegister) {
-  load(design(), design());
-  readLl(location("u/q[3]", 3) + location("mem[3][5]", 4) +
-         "Bit 9 0x10 3 SLR1 1 Block=SLICE_X1Y1 Latch=AQ Net=on\n");
+  readNetlists(design(), design());
+  readLocations(location("u/q[3]", 3) + location("mem[3][5]", 4) +
+                "Bit 9 0x10 3 SLR1 1 Block=SLICE_X1Y1 Latch=AQ Net=on\n");
   EXPECT_THAT(at(16, 3), ElementsAre("/top/u/q[3]"));
   EXPECT_THAT(at(16, 4), ElementsAre("/top/mem[3][5]"));
   EXPECT_THAT(at(16, 3, 1), ElementsAre("/top/on"));
@@ -90,7 +71,7 @@ TEST_F(ReverseTest, PlaceTellsTheRegister) {
 }
 
 TEST_F(ReverseTest, NamesAreThoseOfTheRtl) {
-  load(design(), design());
+  readNetlists(design(), design());
   EXPECT_THAT(of("q_reg[3]"), ElementsAre("/top/q[3]"));
   EXPECT_THAT(of("mem_reg[3][5]"), ElementsAre("/top/mem[3][5]"));
   EXPECT_THAT(of("r_reg[tag][valid]"), ElementsAre("/top/r[tag][valid]"));
@@ -101,7 +82,7 @@ TEST_F(ReverseTest, NamesAreThoseOfTheRtl) {
 
 TEST_F(ReverseTest, NameMayBeAnInstanceItsOutputItsNetOrABusBit) {
   const std::string driven = net(renamed("n", "n_0_q_reg[3]"), pin("Q", "r1"));
-  load(design(), design(driven, driven));
+  readNetlists(design(), design(driven, driven));
   for (const char* name : {"u/q_reg[3]", "u/q_reg[3]/Q", "u/n_0_q_reg[3]", "u/q[3]",
                            "/top/u/q_reg[3]", "/top/u/q[3]", "/top/u/n_0_q_reg[3]"}) {
     EXPECT_THAT(of(name), ElementsAre("/top/u/q[3]")) << name;
@@ -110,8 +91,8 @@ TEST_F(ReverseTest, NameMayBeAnInstanceItsOutputItsNetOrABusBit) {
 }
 
 TEST_F(ReverseTest, NameThatIsNotThereIsToldFromOneThatIsNoRegister) {
-  load(design(), design(instance("logic", "LUT2") + net("w", pin("O", "logic")) +
-                        instance("extra_reg", "FDRE")));
+  readNetlists(design(), design(instance("logic", "LUT2") + net("w", pin("O", "logic")) +
+                                instance("extra_reg", "FDRE")));
   for (const char* name : {"nosuch", "u/nosuch", "q_reg[4]", "q[4]", "on_reg[3]", "u/on_reg[0]x",
                            "", "/", "/top", "/other/on_reg", "on_reg/Z", "/on_reg"}) {
     EXPECT_FALSE(subject.registersOf(name)) << name;
@@ -124,8 +105,8 @@ TEST_F(ReverseTest, NameThatIsNotThereIsToldFromOneThatIsNoRegister) {
 
 TEST_F(ReverseTest, MergedRegistersAllLiveInOnePlace) {
   const std::string x = instance("x_reg", "FDRE");
-  load(design(x, x), design());
-  readLl(location("u/q[3]", 3));
+  readNetlists(design(x, x), design());
+  readLocations(location("u/q[3]", 3));
   readLog(
       "merging instance 'x_reg' (FD) to 'u/x_reg'\n"
       "merging instance 'u/x_reg' (FD) to 'u/q_reg[3]'\n");
@@ -135,11 +116,11 @@ TEST_F(ReverseTest, MergedRegistersAllLiveInOnePlace) {
 }
 
 TEST_F(ReverseTest, ReplicaIsTheRegisterItCopies) {
-  load(design(),
-       design(instance(renamed("c", "q_reg[3]_rep__0"), "FDRE") + net("copied", pin("Q", "c"))));
+  readNetlists(design(), design(instance(renamed("c", "q_reg[3]_rep__0"), "FDRE") +
+                                net("copied", pin("Q", "c"))));
   EXPECT_THAT(of("q_reg[3]_rep__0"), ElementsAre("/top/q[3]"));
   EXPECT_THAT(of("copied"), ElementsAre("/top/q[3]"));
-  readLl(location("q[3]", 3) + location("copied", 4));
+  readLocations(location("q[3]", 3) + location("copied", 4));
   EXPECT_THAT(at(16, 3), ElementsAre("/top/q[3]"));
   EXPECT_THAT(at(16, 4), ElementsAre("/top/q[3]"));
   EXPECT_EQ(subject.registersAt(16, 4)[0].signal->getBitRef(3)->getBit()->getStateLoc2(), 3U);
@@ -149,9 +130,9 @@ TEST_F(ReverseTest, FlattenedInstancesAreFound) {
   const std::string inner =
       cell("sub", "",
            instance(renamed("a", "a_reg[1]"), "FDRE") + instance(renamed("b", "b_reg[1]"), "FDRE"));
-  load(top("", instance("u", "sub") + instance("v", "sub"), inner),
-       top("", instance(renamed("ua", "u_a_reg[1]"), "FDRE") +
-                   instance(renamed("vb", "v/b_reg[1]"), "FDRE")));
+  readNetlists(top("", instance("u", "sub") + instance("v", "sub"), inner),
+               top("", instance(renamed("ua", "u_a_reg[1]"), "FDRE") +
+                           instance(renamed("vb", "v/b_reg[1]"), "FDRE")));
   EXPECT_THAT(of("u_a_reg[1]"), ElementsAre("/top/u/a[1]"));
   EXPECT_THAT(of("u/a_reg[1]"), ElementsAre("/top/u/a[1]"));
   EXPECT_THAT(of("u/a_reg[1]/Q"), ElementsAre("/top/u/a[1]"));
@@ -160,8 +141,8 @@ TEST_F(ReverseTest, FlattenedInstancesAreFound) {
 
 TEST_F(ReverseTest, RegisterWhoseInstanceTellsNoBitGoesByItsNet) {
   const std::string odd = instance("odd", "FDRE") + net("value", pin("Q", "odd"));
-  load(design("", odd), design("", odd));
-  readLl(location("u/value", 3));
+  readNetlists(design("", odd), design("", odd));
+  readLocations(location("u/value", 3));
   EXPECT_THAT(of("u/odd"), ElementsAre("/top/u/value"));
   EXPECT_THAT(of("u/value"), ElementsAre("/top/u/value"));
   EXPECT_THAT(at(16, 3), ElementsAre("/top/u/value"));
@@ -170,8 +151,8 @@ TEST_F(ReverseTest, RegisterWhoseInstanceTellsNoBitGoesByItsNet) {
 TEST_F(ReverseTest, LoadedDesignAnswersAlike) {
   const std::string x = instance("x_reg", "FDRE");
   const std::string driven = net(renamed("n", "n_0_q_reg[3]"), pin("Q", "r1"));
-  load(design(x), design(driven, driven));
-  readLl(location("u/q[3]", 3));
+  readNetlists(design(x), design(driven, driven));
+  readLocations(location("u/q[3]", 3));
   readLog("merging instance 'x_reg' (FD) to 'u/q_reg[3]'\n");
   const test::TempFile file;
   subject.exportDesign(file.path(), true);
@@ -194,8 +175,8 @@ TEST_F(ReverseTest, StrictReadingGoesByInstances) {
   const std::string text =
       top("", instance("u", "sub"),
           cell("sub", "", instance("q_reg[3]", "FDRE") + net("q_3_", pin("Q", "q_reg[3]"))));
-  load(text, text);
-  readLl(location("u/q[3]", 3));
+  readNetlists(text, text);
+  readLocations(location("u/q[3]", 3));
   readLog("");
   EXPECT_THAT(at(16, 3), ElementsAre("/top/u/q[3]"));
   EXPECT_THAT(of("u/q_reg[3]"), ElementsAre("/top/u/q[3]"));

@@ -18,13 +18,6 @@ using XRF_RTL2LL::Signal;
 
 namespace {
 
-std::vector<std::string> columns(const std::string& line) {
-  std::vector<std::string> result;
-  std::istringstream in(line);
-  for (std::string column; std::getline(in, column, '\t');) result.push_back(column);
-  return result;
-}
-
 bool parseStatus(const std::string& text, Truth& truth) {
   std::istringstream in(text);
   std::string word;
@@ -42,7 +35,7 @@ bool parseStatus(const std::string& text, Truth& truth) {
 }
 
 Truth parseLine(const std::string& line) {
-  const std::vector<std::string> column = columns(line);
+  const std::vector<std::string> column = tabColumns(line);
   Truth truth;
   if (column.size() != 5 || !parseStatus(column[3], truth) ||
       (column[4] != "yes" && column[4] != "no")) {
@@ -177,6 +170,13 @@ void Judge::signal(const Signal& signal) {
 }
 
 }  // namespace
+
+std::vector<std::string> tabColumns(const std::string& line) {
+  std::vector<std::string> result;
+  std::istringstream in(line);
+  for (std::string column; std::getline(in, column, '\t');) result.push_back(column);
+  return result;
+}
 
 std::vector<std::string> truthLines(const std::string& path) {
   std::ifstream in(path);

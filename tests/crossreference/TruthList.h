@@ -26,6 +26,8 @@ struct Truth {
   bool operator==(const Truth& other) const = default;
 };
 
+/// What stands between the tabs of a line.
+std::vector<std::string> tabColumns(const std::string& line);
 /// The lines of a truth list, comments included.
 std::vector<std::string> truthLines(const std::string& path);
 /// Throws for a line that is no register.
