@@ -91,7 +91,8 @@ class XRF_API Design {
   int parse_rtl(std::string file);
   int parse_synth(std::string file);
   int parse_xrf(std::string file);
-  /// Records frame address, frame offset and region of every register bit the file names.
+  /// Records frame address, frame offset and region of every register bit the file names. In
+  /// extended reading the file replaces what an earlier one said.
   int parse_ll(std::string file);
   /// Marks the registers that synthesis turned into constants, then completes the RTL view. Reads
   /// nothing for a design of no known family.

@@ -27,6 +27,15 @@ bool scanCoordinates(std::string_view text, std::uint32_t& row) {
   return scan.integer(column) && scan.integer(row);
 }
 
+// Another run of the implementation puts every register elsewhere.
+void forgetLocations() {
+  for (Bit* bit : Bit::getAllBits()) {
+    if (bit->getKind() != Bit::STATE) continue;
+    bit->setKind(Bit::UNKNOWN);
+    bit->setStateLoc(0, 0, 0);
+  }
+}
+
 bool hasCoordinates(std::string_view block) {
   std::uint32_t row = 0;
   return block.size() >= prefix && scanCoordinates(block.substr(prefix), row);
@@ -48,6 +57,7 @@ class LogicLocationReader {
     std::uint32_t offset = 0;
     std::uint32_t slr = 0;
     bool hasSlr = false;
+    bool isPlace = true;  // the numbers fit the model
     std::string_view block;
     std::string_view latch;
     std::string_view net;
@@ -83,6 +93,7 @@ int Design::parse_ll(std::string file) {
                   file.c_str());
   }
   NetlistState& netlist = *m_state->netlist->m_state;
+  if (netlist.reading.has(Rule::RawLocations)) forgetLocations();
   LogicLocationReader(*m_state, netlist, file, input.text()).read();
   if (netlist.reading.has(Rule::RegisterCopy)) RegisterCopy(netlist).copy();
   return 0;
@@ -155,11 +166,13 @@ bool LogicLocationReader::scan(std::string_view line, Location& location) const 
       scan.literal(" Block ") && scan.word(location.block) && scan.literal(" Latch ") &&
       scan.word(location.latch) && scan.literal(" Net ") && scan.word(location.net);
   location.frame = static_cast<std::uint32_t>(frame);
+  location.isPlace = frame <= 0xffffffff;
   if (matches && m_reading.has(Rule::RawLocations)) {
     // An escaped name may hold blanks; the net is the last column.
     const std::size_t end = line.find_last_not_of(" \t\r");
     const auto start = static_cast<std::size_t>(location.net.data() - line.data());
-    location.net = line.substr(start, end + 1 - start);
+    // As it stands in the file: "=" is part of a name there.
+    location.net = std::string_view(m_lines.line()).substr(start, end + 1 - start);
   }
   return matches;
 }
@@ -178,6 +191,7 @@ bool LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
 }
 
 LogicLocationReader::Outcome LogicLocationReader::match(const Location& location) {
+  if (!location.isPlace) return Outcome::Unmatched;
   const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
   switch (
       m_match.record(location.net, {location.frame, location.offset, location.slr}, multiplexer)) {

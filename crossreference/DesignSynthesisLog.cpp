@@ -152,14 +152,17 @@ Signal* SynthesisLogReader::find(const std::string& name) const {
   return m_state.netlist->findSignal(RTL, path + name.substr(slash));
 }
 
-// In extended reading only a register that has no place in the device can be a constant, and a
-// register of that very name has another name in the log.
+// In extended reading only the alias of a register whose instance's name tells no signal is left to
+// these steps.
 bool SynthesisLogReader::mayMark(const Signal& signal) const {
-  if (!m_netlist.reading.has(Rule::RawLog) || signal.getLsb() > 0) return true;
-  const BitRef* ref = signal.getBitRef(0, true);
-  if (ref == nullptr) return true;
-  const Bit& bit = *ref->getBit();
-  return bit.isSrc() && bit.getKind() != Bit::STATE && !RegisterTies::isTied(*ref);
+  if (!m_netlist.reading.has(Rule::RawLog)) return true;
+  const Bit* bit = firstBit(signal);
+  const Module* cell = m_netlist.modules[RTL].find(NameKey(signal));
+  if (bit == nullptr || cell == nullptr || !RegisterTies::isRegister(m_netlist, *cell))
+    return false;
+  const Signal* output = RegisterTies::outputOf(*cell);
+  return output != nullptr && firstBit(*output) == bit && bit->getKind() != Bit::STATE &&
+         !m_netlist.isAmbiguous(signal);
 }
 
 void SynthesisLogReader::mark(const Signal& signal, bool value) {

@@ -110,7 +110,6 @@ class EdifReader {
   void merge_bit_port(const ExprResult& name, Signal& port);
   Signal* widen(std::uint32_t code, std::uint32_t index);
   bool is_foreign(const std::string& bus) const;
-  bool is_register(const std::string& name) const;
   void apply_property(std::uint32_t property, const std::string& text);
 
   PortName parse_port_name();
@@ -134,8 +133,7 @@ class EdifReader {
   ReadPlace m_place;
   std::unordered_map<std::uint32_t, CellRecord> m_cells;
   std::unordered_map<const Signal*, PortRange> m_ranges;  // of port arrays, as declared
-  bool m_any_bracketed = false;  // whether a register's own name ends in a bracket
-  bool m_any_foreign = false;    // whether a port array's range is none that the model can have
+  bool m_any_foreign = false;  // whether a port array's range is none that the model can have
   std::vector<const Module*> m_namesakes;  // modules of one name
   std::vector<Deferred> m_deferred;
   RegisterTies m_ties;

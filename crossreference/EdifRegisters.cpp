@@ -73,7 +73,6 @@ void EdifReader::tie_printable(Module& instance, const ExprResult& name) {
   if (!bits.valid) return;
   const bool single = output == nullptr || output->getWidth() == 1;
   if (single && is_foreign(bits.signal)) bits = bits.whole();
-  m_any_bracketed = m_any_bracketed || bits.signal.ends_with(']');
   if (bits.replica) {
     m_deferred.push_back({&front(), &instance, 0, bits});
   } else {

@@ -1,5 +1,6 @@
 #include <crossreference/LocationMatch.h>
 #include <crossreference/Reading.h>
+#include <crossreference/RegisterTies.h>
 
 namespace XRF_RTL2LL {
 
@@ -13,20 +14,28 @@ Bit* bitAt(const Signal& signal, std::uint32_t index) {
 
 }  // namespace
 
-// Looks for the register that drives a net of a name below the top; true when the search is over.
+// Looks for the register that drives a net of a name below the top; true when there is one.
 bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& match) const {
   const std::string top = "/" + std::string(m_state.top.at(view)->getName()) + "/";
+  // A net that has the name of a register which is not on it is kept under a name of its own.
+  const Signal* apart = m_state.signals.at(view).find(netApart(top + std::string(name)));
+  if (apart != nullptr) return accept(*apart, 0, match);
   for (const NamedBits& reading : netReadings(name)) {
     const Signal* signal = m_state.signals.at(view).find(top + reading.signal);
-    Bit* bit = signal == nullptr ? nullptr : bitAt(*signal, reading.lsb);
-    if (bit == nullptr) continue;
-    if (bit->isSrc()) {
-      match.bit = bit;
-      return true;
-    }
-    match.foundOther = true;
+    if (signal != nullptr && accept(*signal, reading.lsb, match)) return true;
   }
   return false;
+}
+
+bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& match) const {
+  Bit* bit = bitAt(signal, index);
+  if (bit == nullptr) return false;
+  if (!bit->isSrc() || m_state.isAmbiguous(signal)) {
+    match.foundOther = true;
+    return false;
+  }
+  match.bit = bit;
+  return true;
 }
 
 LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) const {
@@ -46,8 +55,11 @@ LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) co
   }
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.
   const Signal* signal = m_state.signals.at(view).find(normalised(prefix + name));
-  Bit* bit = signal == nullptr ? nullptr : bitAt(*signal, 0);
-  if (bit != nullptr && bit->isSrc()) match.bit = bit;
+  const BitRef* ref =
+      signal == nullptr || signal->getLsb() > 0 ? nullptr : signal->getBitRef(0, true);
+  // Where names are printable, a register of the changed name is another one.
+  const bool another = ref != nullptr && m_state.renamed.at(view) && RegisterTies::isTied(*ref);
+  if (ref != nullptr && !another) accept(*signal, 0, match);
   return match;
 }
 

@@ -52,6 +52,7 @@ class LocationMatch {
   Match find(std::string_view net) const;
   Match find(std::string_view net, EdifView view) const;
   bool findExactly(std::string_view name, EdifView view, Match& match) const;
+  bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome claim(Bit& bit, const Claim& claim);
 
   const NetlistState& m_state;

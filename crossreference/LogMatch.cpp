@@ -52,11 +52,12 @@ bool parseConstant(std::string_view text, LogLine& line) {
 }
 
 bool parseMerge(std::string_view text, LogLine& line) {
-  std::string_view instance = text;
-  const bool found =
-      skipPast(instance, "merging instance ") || skipPast(instance, "merging register ");
-  if (!found || !takeQuoted(instance, line.name)) return false;
-  return takeQuoted(instance, line.into);
+  std::string_view rest = text;
+  if (!skipPast(rest, "merging instance ")) {
+    line.isLocal = skipPast(rest, "merging register ");
+    if (!line.isLocal) return false;
+  }
+  return takeQuoted(rest, line.name) && takeQuoted(rest, line.into);
 }
 
 }  // namespace
@@ -78,65 +79,169 @@ LogLine LogLine::parse(std::string_view text) {
   return line;
 }
 
-std::vector<BitRef*> LogMatch::registersOf(const NamedBits& bits) const {
-  std::vector<BitRef*> refs;
-  const Signal* signal = m_state.signals[RTL].find(bits.signal);
-  if (signal == nullptr || bits.lsb < signal->getLsb() || bits.msb > signal->getMsb()) return refs;
-  for (std::uint32_t index = bits.lsb; index <= bits.msb; ++index) {
-    BitRef* ref = signal->getBitRef(index, true);
-    if (ref == nullptr || !RegisterTies::isTied(*ref)) return {};
-    refs.push_back(ref);
-  }
-  // From the right end to the left, however the range counts.
-  if (bits.ascending) std::reverse(refs.begin(), refs.end());
-  return refs;
+const RegisterPairs& LogMatch::pairs() {
+  if (!m_pairs) m_pairs.emplace(m_state);
+  return *m_pairs;
 }
 
-std::vector<BitRef*> LogMatch::find(const std::string& name) const {
-  const Module* top = m_state.top[RTL];
-  if (top == nullptr || top->getName() == nullptr) return {};
-  const std::string prefix = "/" + std::string(top->getName()) + "/";
-  for (const PartitionedName& meant : partitionedNames(name)) {
-    // A level that the design has itself is no partition's.
-    const bool own =
-        !meant.partition.empty() && m_state.modules[RTL].find(prefix + meant.partition) != nullptr;
-    if (own) break;
-    for (const std::string& levels : {meant.name, withCleanLevels(meant.name)}) {
-      for (NamedBits reading : registerReadings(levels)) {
-        reading.signal.insert(0, prefix);
-        std::vector<BitRef*> refs = registersOf(reading);
-        if (!refs.empty()) return refs;
-      }
+// Whether a register has a flip-flop of its own name.
+bool LogMatch::isImplemented(const BitRef& place) {
+  const Signal* twin = pairs().twin(*place.getSignal());
+  const std::uint32_t index = place.getIndex();
+  if (twin == nullptr || index < twin->getLsb() || index > twin->getMsb()) return false;
+  const BitRef* ref = twin->getBitRef(index, true);
+  return ref != nullptr && RegisterTies::isTied(*ref);
+}
+
+LogMatch::Bits LogMatch::bitsOf(const NamedBits& name, Bare bare) const {
+  const Signal* signal = m_state.signals[RTL].find(name.signal);
+  if (signal == nullptr || m_state.isAmbiguous(*signal)) return {};
+  std::uint64_t first = name.lsb;
+  std::uint64_t last = name.msb;
+  if (name.bare && signal->getWidth() > 1) {
+    if (bare == Bare::Refuse) return {};
+    first = signal->getLsb();
+    last = signal->getMsb();
+  }
+  if (first < signal->getLsb() || last > signal->getMsb()) return {};
+  Bits bits;
+  for (std::uint64_t index = first; index <= last; ++index) {
+    BitRef* ref = signal->getBitRef(static_cast<std::uint32_t>(index), true);
+    if (ref == nullptr || !RegisterTies::isTied(*ref)) return {};
+    bits.push_back(ref);
+  }
+  if (name.ascending) std::reverse(bits.begin(), bits.end());
+  return bits;
+}
+
+LogMatch::Bits LogMatch::findBelow(const std::string& scope, const std::string& name,
+                                   Bare bare) const {
+  for (const std::string& levels : {name, withCleanLevels(name)}) {
+    for (NamedBits reading : registerReadings(levels)) {
+      reading.signal.insert(0, scope);
+      Bits bits = bitsOf(reading, bare);
+      if (!bits.empty()) return bits;
     }
   }
   return {};
 }
 
-LogMatch::Outcome LogMatch::markConstant(const LogLine& line) {
-  const std::vector<BitRef*> refs = find(line.name);
-  if (refs.empty()) return Outcome::Unknown;
-  // A register that has a place in the device was not turned into a constant.
-  const bool located = std::any_of(refs.begin(), refs.end(), [](const BitRef* ref) {
-    return ref->getBit()->getKind() == Bit::STATE;
-  });
-  if (located) return Outcome::Contradicted;
-  for (const BitRef* ref : refs) {
-    ref->getBit()->setKind(Bit::CNST);
-    ref->getBit()->setValue(line.value);
-    ref->getBit()->setValueStr("z");
+// The paths of the instances of a definition, each with a "/" after it.
+std::vector<std::string> LogMatch::scopesOf(const std::string& definition) const {
+  std::vector<std::string> scopes;
+  const auto group = m_state.instances[RTL].find(definition);
+  if (group == m_state.instances[RTL].end()) return scopes;
+  for (const Module* instance : group->second.modules) {
+    scopes.push_back(NameKey(*instance).compose() + "/");
   }
-  return Outcome::Marked;
+  return scopes;
 }
 
-bool LogMatch::merge(const std::vector<BitRef*>& gone, const std::vector<BitRef*>& survivors) {
-  if (gone.empty() || gone.size() != survivors.size()) return false;
-  for (std::size_t at = 0; at < gone.size(); ++at) {
-    const Bit* bit = gone[at]->getBit();
-    const bool known = bit->getKind() == Bit::STATE || bit->getKind() == Bit::CNST;
-    if (bit != survivors[at]->getBit() && known) return false;
+std::vector<LogMatch::Bits> LogMatch::find(const std::string& name, Bare bare) const {
+  const Module* top = m_state.top[RTL];
+  if (top == nullptr || top->getName() == nullptr) return {};
+  const std::string prefix = "/" + std::string(top->getName()) + "/";
+  for (const PartitionedName& meant : partitionedNames(name)) {
+    if (meant.partition.empty()) {
+      Bits bits = findBelow(prefix, meant.name, bare);
+      if (!bits.empty()) return {bits};
+      continue;
+    }
+    // A level that the design has itself is no partition's.
+    if (m_state.modules[RTL].find(prefix + meant.partition) != nullptr) return {};
+    std::vector<std::string> scopes = scopesOf(meant.partition);
+    const bool isDefinition = !scopes.empty();
+    if (!isDefinition) scopes.push_back(prefix);
+    std::vector<Bits> all;
+    for (const std::string& scope : scopes) {
+      Bits bits = findBelow(scope, meant.name, bare);
+      if (!bits.empty()) all.push_back(std::move(bits));
+    }
+    if (!all.empty() || isDefinition) return all;
   }
-  for (std::size_t at = 0; at < gone.size(); ++at) survivors[at]->merge(gone[at]);
+  return {};
+}
+
+LogMatch::Outcome LogMatch::markConstant(const LogLine& line) {
+  bool marked = false;
+  const std::vector<Bits> registers = find(line.name, Bare::Whole);
+  for (const Bits& bits : registers) {
+    const bool there = std::any_of(bits.begin(), bits.end(), [this](const BitRef* ref) {
+      return ref->getBit()->getKind() == Bit::STATE || isImplemented(*ref);
+    });
+    if (there) continue;
+    marked = true;
+    for (const BitRef* ref : bits) {
+      ref->getBit()->setKind(Bit::CNST);
+      ref->getBit()->setValue(line.value);
+      ref->getBit()->setValueStr("z");
+    }
+  }
+  if (marked) return Outcome::Marked;
+  return registers.empty() ? Outcome::Unknown : Outcome::Contradicted;
+}
+
+bool LogMatch::merge(BitRef& gone, BitRef& survivor) {
+  const Bit& bit = *gone.getBit();
+  const Bit& other = *survivor.getBit();
+  if (&bit == &other) return true;
+  if (bit.getKind() == Bit::CNST && other.getKind() == Bit::CNST) {
+    return bit.getValue() == other.getValue();
+  }
+  const bool known = bit.getKind() == Bit::STATE || bit.getKind() == Bit::CNST;
+  // What was merged into another one can't be merged again.
+  if (known || isImplemented(gone) || !m_gone.insert(&gone).second) return false;
+  survivor.merge(&gone);
   return true;
+}
+
+bool LogMatch::merge(const Bits& gone, const Bits& survivors) {
+  if (gone.empty() || gone.size() != survivors.size()) return false;
+  bool all = true;
+  for (std::size_t at = 0; at < gone.size(); ++at) all = merge(*gone[at], *survivors[at]) && all;
+  return all;
+}
+
+bool LogMatch::follow(const LogLine& line) {
+  const bool hasPath =
+      line.name.find('/') != std::string::npos || line.into.find('/') != std::string::npos;
+  if (line.isLocal && !hasPath) return followLocally(line);
+  const std::vector<Bits> gone = find(line.name, Bare::Refuse);
+  const std::vector<Bits> survivors = find(line.into, Bare::Refuse);
+  if (gone.empty() || gone.size() != survivors.size()) return false;
+  bool all = true;
+  for (std::size_t at = 0; at < gone.size(); ++at) all = merge(gone[at], survivors[at]) && all;
+  return all;
+}
+
+// Names without a path are those of some module. Where modules of several kinds have both
+// registers, nobody can tell which one is meant.
+bool LogMatch::followLocally(const LogLine& line) {
+  if (m_holders.empty()) {
+    for (const Signal* signal : pairs().registers()) {
+      m_holders.emplace(signal->getName(), signal->getModule());
+    }
+  }
+  const std::string name = cleaned(line.name);
+  const std::string into = cleaned(line.into);
+  std::vector<std::pair<Bits, Bits>> merges;
+  std::unordered_set<std::string> definitions;
+  for (const NamedBits& reading : registerReadings(name)) {
+    const auto [first, last] = m_holders.equal_range(reading.signal);
+    for (auto holder = first; holder != last; ++holder) {
+      const std::string scope = NameKey(*holder->second).compose() + "/";
+      Bits gone = findBelow(scope, name, Bare::Refuse);
+      Bits survivors = findBelow(scope, into, Bare::Refuse);
+      if (gone.empty() || survivors.empty()) continue;
+      const char* definition = holder->second->getDefName();
+      definitions.insert(definition == nullptr ? "" : definition);
+      merges.emplace_back(std::move(gone), std::move(survivors));
+    }
+  }
+  if (definitions.size() != 1) return false;
+  bool all = true;
+  for (const auto& [gone, survivors] : merges) all = merge(gone, survivors) && all;
+  return all;
 }
 
 std::size_t LogMatch::applyMerges(std::vector<std::string>& unmatched) {
@@ -144,13 +249,13 @@ std::size_t LogMatch::applyMerges(std::vector<std::string>& unmatched) {
   // The last merge of a chain is applied first, so that what it finds out reaches all before it.
   std::reverse(m_merges.begin(), m_merges.end());
   for (const LogLine& line : m_merges) {
-    if (merge(find(line.name), find(line.into))) {
+    if (follow(line)) {
       ++used;
     } else {
       unmatched.push_back(line.name);
     }
   }
-  if (used > 0) m_state.model.settleBits();
+  if (!m_gone.empty()) m_state.model.settleBits();
   return used;
 }
 

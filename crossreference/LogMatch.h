@@ -2,9 +2,13 @@
 
 #include <crossreference/NetlistState.h>
 #include <crossreference/Reading.h>
+#include <crossreference/RegisterPairs.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -13,21 +17,23 @@ namespace XRF_RTL2LL {
 struct LogLine {
   enum Kind { None, Constant, Merge, Suppressed };
   Kind kind = None;
-  bool value = false;  ///< of a constant
-  std::string name;    ///< the register that is gone
-  std::string into;    ///< the register it was merged into
+  bool value = false;    ///< of a constant
+  bool isLocal = false;  ///< of a merge: the names may be relative to some module
+  std::string name;      ///< the register that is gone
+  std::string into;      ///< the register it was merged into
 
   static LogLine parse(std::string_view text);
 };
 
-/// Finds the RTL registers that a log speaks of, as extended reading does it.
+/// Finds the RTL registers that a log speaks of, as extended reading does it. What a log says of a
+/// register that has a flip-flop of its own is not believed.
 class LogMatch {
  public:
   explicit LogMatch(NetlistState& state) : m_state(state) {}
 
   enum class Outcome {
     Marked,
-    Contradicted,  ///< the register is located, so it can be no constant
+    Contradicted,  ///< the register is there, so it can be no constant
     Unknown        ///< no register has the name
   };
   Outcome markConstant(const LogLine& line);
@@ -37,12 +43,26 @@ class LogMatch {
   std::size_t applyMerges(std::vector<std::string>& unmatched);
 
  private:
-  std::vector<BitRef*> find(const std::string& name) const;
-  std::vector<BitRef*> registersOf(const NamedBits& bits) const;
-  bool merge(const std::vector<BitRef*>& gone, const std::vector<BitRef*>& survivors);
+  // The bits of one register, from the right end of its range to the left.
+  using Bits = std::vector<BitRef*>;
+  enum class Bare { Refuse, Whole };  // what a bus without a range stands for
+
+  std::vector<Bits> find(const std::string& name, Bare bare) const;
+  Bits findBelow(const std::string& scope, const std::string& name, Bare bare) const;
+  Bits bitsOf(const NamedBits& name, Bare bare) const;
+  std::vector<std::string> scopesOf(const std::string& definition) const;
+  bool isImplemented(const BitRef& place);
+  bool follow(const LogLine& line);
+  bool followLocally(const LogLine& line);
+  bool merge(const Bits& gone, const Bits& survivors);
+  bool merge(BitRef& gone, BitRef& survivor);
+  const RegisterPairs& pairs();
 
   NetlistState& m_state;
   std::vector<LogLine> m_merges;
+  std::optional<RegisterPairs> m_pairs;
+  std::unordered_multimap<std::string, const Module*> m_holders;  // of registers, by local name
+  std::unordered_set<const BitRef*> m_gone;
 };
 
 }  // namespace XRF_RTL2LL

@@ -3,6 +3,7 @@
 #include <crossreference/Module.h>
 #include <crossreference/NamePool.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
@@ -74,5 +75,12 @@ class NameRegistry {
   std::vector<std::uint32_t> m_hashes;
   std::size_t m_used = 0;
 };
+
+/// Sorts objects by full name, in byte order.
+template <class T>
+void sortByName(std::vector<T*>& objects) {
+  std::sort(objects.begin(), objects.end(),
+            [](const T* a, const T* b) { return NameKey::compare(NameKey(*a), NameKey(*b)) < 0; });
+}
 
 }  // namespace XRF_RTL2LL

@@ -64,9 +64,7 @@ void Netlist::registerModule(EdifView view, Module* module) {
   m_state->modules.at(view).enter(module);
 }
 
-void Netlist::registerSignal(EdifView view, Signal* signal) {
-  m_state->signals.at(view).enter(signal);
-}
+void Netlist::registerSignal(EdifView view, Signal* signal) { m_state->enter(view, signal); }
 
 Signal* Netlist::addSignal(EdifView view, Module* module, const char* name, unsigned int lsb,
                            unsigned int msb, unsigned int id, char* /*extra*/) {
@@ -110,8 +108,15 @@ Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string
   } else {
     widen(*signal, lsb, msb);
   }
-  signals.at(view).enter(signal);
+  enter(view, signal);
   return signal;
+}
+
+void NetlistState::enter(EdifView view, Signal* signal) {
+  const Signal* earlier = signals.at(view).enter(signal);
+  if (earlier == nullptr || earlier == signal) return;
+  ambiguous.insert(earlier);
+  ambiguous.insert(signal);
 }
 
 // A bus that grows bit by bit must not be walked for each: only bits that were made now, or were

@@ -98,7 +98,7 @@ Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::
 const std::string* EdifReader::printable(std::uint32_t code) const {
   const std::string* word = m_state.word(code);
   if (!m_state.reading.has(Rule::CleanNames)) return word;
-  return m_state.model.names.intern(std::string_view(cleaned(*word)));
+  return m_state.model.names.intern(std::string_view(word->empty() ? "_" : cleaned(*word)));
 }
 
 EdifReader::ExprResult EdifReader::parse_expr() {
@@ -468,13 +468,6 @@ void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
   signal->getBitRef(0)->merge(&joined);
 }
 
-// Whether a register bears a name that looks like a bit's, as \pos[3] does.
-bool EdifReader::is_register(const std::string& name) const {
-  if (!m_any_bracketed) return false;
-  const Signal* signal = m_state.findByName(m_view, front(), name);
-  return signal != nullptr && RegisterTies::isTied(*signal->getBitRef(signal->getLsb(), true));
-}
-
 void EdifReader::hide_added(Signal& signal, const std::string& name) const {
   const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
   signal.setHidden(added || name.find_first_of("$.[") != std::string::npos);
@@ -490,20 +483,17 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   const NamedBits bit = decodeBit(*text);
   if (bit.valid && !is_foreign(bit.signal)) {
     BitRef* place = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb)->getBitRef(bit.lsb);
-    // A register may bear a name that looks like the bit of another one.
-    const bool other = RegisterTies::isTied(*place) && is_register(*text);
-    if (!other) RegisterTies::join(*place, joined);
-    return;
+    if (RegisterTies::join(*place, joined)) return;
   }
   Signal* same = m_state.findByName(m_view, module, *text);
-  if (same != nullptr) {
-    // A register or port of the name; a bus of it is something else and keeps the name.
-    const bool single = same->getLsb() == 0 && same->getMsb() == 0;
-    if (single) RegisterTies::join(*same->getBitRef(0), joined);
-    return;
-  }
-  const unsigned number = known == nullptr ? name.first : m_state.freeNumber(module, *text);
-  Signal* signal = add_signal(text, 0, 0, number);
+  // A bus of the name is something else and keeps the name.
+  const bool single = same != nullptr && same->getLsb() == 0 && same->getMsb() == 0;
+  if (same != nullptr && (!single || RegisterTies::join(*same->getBitRef(0), joined))) return;
+  const bool free = same == nullptr;
+  const std::string* own =
+      free ? text : m_state.model.names.intern(std::string_view(netApart(*text)));
+  const unsigned number = free && known == nullptr ? name.first : m_state.freeNumber(module, *own);
+  Signal* signal = add_signal(own, 0, 0, number);
   hide_added(*signal, *text);
   signal->getBitRef(0)->merge(&joined);
 }
@@ -608,6 +598,7 @@ EdifReader::ExprResult EdifReader::parse_rename() {
   const ExprResult printable = parse_text();
   require_label(printable, "rename");
   parse_body();
+  m_state.renamed.at(m_view) = m_state.renamed.at(m_view) || code != printable.second;
   return {EXPR_LABEL, code, printable.second};
 }
 

@@ -22,12 +22,6 @@ void mergeBuffer(Module& buffer) {
           output->getFullName().c_str());
 }
 
-template <class T>
-void sortByName(std::vector<T*>& objects) {
-  std::sort(objects.begin(), objects.end(),
-            [](const T* a, const T* b) { return NameKey::compare(NameKey(*a), NameKey(*b)) < 0; });
-}
-
 bool sameRange(const Signal& a, const Signal& b) {
   return a.getLsb() == b.getLsb() && a.getMsb() == b.getMsb() && a.getLsb() <= a.getMsb();
 }

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -46,15 +47,22 @@ struct NetlistState {
   Family family = FAMILY_NONE;
   Part part = PART_NONE;
   Reading reading = Reading::strict();
-  bool loaded = false;              // from a cross-reference file, whose views may share bits
-  ObjectBudget* budget = nullptr;   // while a netlist is read
-  std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
+  std::array<bool, 2> renamed{};  // whether a netlist has other names than its identifiers
+  bool loaded = false;            // from a cross-reference file, whose views may share bits
+  std::unordered_set<const Signal*> ambiguous;  // of a full name that several signals have
+  ObjectBudget* budget = nullptr;               // while a netlist is read
+  std::vector<std::uint8_t> kinds;              // by cell code, counted from 1; 0 is not known yet
 
   const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
   /// `Netlist::addSignal` for a name that the model stores already.
   Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
                     unsigned int msb, unsigned int id);
   void widen(Signal& signal, unsigned int lsb, unsigned int msb);
+  /// Enters a signal under its full name.
+  void enter(EdifView view, Signal* signal);
+  bool isAmbiguous(const Signal& signal) const {
+    return !ambiguous.empty() && ambiguous.count(&signal) != 0;
+  }
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
   /// The signal of a module by its local name, or null.
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {

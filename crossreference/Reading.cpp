@@ -89,6 +89,7 @@ std::string joined(std::string_view base, const Groups& groups, std::size_t drop
 NamedBits decodeGroups(std::string_view base, const Groups& groups) {
   NamedBits bits;
   bits.valid = true;
+  bits.bare = groups.texts.empty();
   bits.text = base;
   for (const std::string_view text : groups.texts) {
     bits.text += '[';
@@ -217,6 +218,8 @@ std::vector<NamedBits> registerReadings(std::string_view name) {
   return readings;
 }
 
+std::string netApart(std::string name) { return std::move(name) + ":net"; }
+
 std::string withCleanLevels(const std::string& name) {
   const std::size_t slash = name.rfind('/');
   if (slash == std::string::npos) return name;
@@ -228,6 +231,8 @@ std::vector<ChangedLevels> changedLevels(std::string_view name) {
   const std::string raw(name);
   std::string clean = withCleanLevels(raw);
   if (clean != raw) changed.push_back({std::move(clean), {}});
+  // No hierarchy is deeper, and the changes of a longer name would fill memory.
+  if (std::count(raw.begin(), raw.end(), '/') > limits::moduleNesting) return changed;
   std::string flat = raw;
   for (std::size_t at = flat.rfind('/'); at != std::string::npos; at = flat.rfind('/', at)) {
     flat[at] = '_';
@@ -262,7 +267,8 @@ std::vector<PartitionedName> partitionedNames(std::string_view name) {
   const std::string clean = cleaned(name);
   std::vector<PartitionedName> names{{withoutColons(clean), {}}};
   std::size_t start = 0;
-  for (std::size_t length = partitionLength(clean); length > 0;
+  for (std::size_t length = partitionLength(clean);
+       length > 0 && names.size() <= limits::moduleNesting;
        length = partitionLength(std::string_view(clean).substr(start))) {
     start += length;
     names.push_back(

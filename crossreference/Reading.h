@@ -53,6 +53,7 @@ struct NamedBits {
   std::string text;  ///< the name as it stands; of a register without its "_reg"
   std::uint32_t lsb = 0;
   std::uint32_t msb = 0;
+  bool bare = false;       ///< the name has no groups
   bool ranged = false;     ///< the name ends in a range, as in q[7:4]
   bool ascending = false;  ///< the range counts up: its first bit is lsb
   bool replica = false;    ///< of a register: a copy that synthesis made
@@ -92,6 +93,9 @@ std::vector<NamedBits> netReadings(std::string_view name);
 
 /// The same for the name of a register's instance, with the levels before it.
 std::vector<NamedBits> registerReadings(std::string_view name);
+
+/// What a net is called whose name belongs to a register that does not drive it.
+std::string netApart(std::string name);
 
 /// A name whose module levels were changed as tools change them.
 struct ChangedLevels {

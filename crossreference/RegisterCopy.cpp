@@ -29,43 +29,76 @@ void take(Bit& to, const Bit& from) {
   to.setValueStr("z");
 }
 
+bool areElsewhere(const Bit& a, const Bit& b) {
+  return a.getKind() == Bit::STATE && b.getKind() == Bit::STATE &&
+         (a.getStateLoc1() != b.getStateLoc1() || a.getStateLoc2() != b.getStateLoc2() ||
+          a.getStateLoc3() != b.getStateLoc3());
+}
+
 void markUnreadBit(Bit& bit) {
   bit.setKind(Bit::UNREAD);
   bit.setValue(false);
   bit.setValueStr("z");
 }
 
-void sortByName(std::vector<Signal*>& signals) {
-  std::sort(signals.begin(), signals.end(), [](const Signal* a, const Signal* b) {
-    return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
-  });
-}
-
 }  // namespace
 
 void RegisterCopy::copy() {
-  const auto isOpen = [&](const Bit& bit) {
-    return bit.getKind() == Bit::UNKNOWN ||
-           (bit.getKind() == Bit::UNREAD && m_state.reading.has(Rule::UnreadIsOpen));
+  copyRegisters();
+  copyNames();
+}
+
+bool RegisterCopy::isOpen(const Bit& bit) const {
+  return bit.getKind() == Bit::UNKNOWN ||
+         (bit.getKind() == Bit::UNREAD && m_state.reading.has(Rule::UnreadIsOpen));
+}
+
+void RegisterCopy::copyRegisters() {
+  std::vector<Bit*> contradicted;
+  const auto takeOwn = [&](const BitRef& to, const BitRef& from) {
+    Bit& bit = *to.getBit();
+    if (!isKnown(*from.getBit())) return;
+    if (isOpen(bit)) {
+      take(bit, *from.getBit());
+    } else if (areElsewhere(bit, *from.getBit())) {
+      contradicted.push_back(&bit);
+    }
   };
   for (const Signal* rtl : m_pairs.registers()) {
     const Signal* synth = m_pairs.twin(*rtl);
     if (synth == nullptr) continue;
     eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
-      if (!isTied(&to) || !isTied(&from)) return;
-      if (isOpen(*to.getBit()) && isKnown(*from.getBit())) take(*to.getBit(), *from.getBit());
+      if (isTied(&to) && isTied(&from)) takeOwn(to, from);
     });
   }
   for (const RegisterPairs::Unnamed& same : m_pairs.unnamed()) {
-    if (same.synth == nullptr) continue;
-    eachCommon(*same.rtl, *same.synth, [&](const BitRef& to, const BitRef& from) {
-      if (isOpen(*to.getBit()) && isKnown(*from.getBit())) take(*to.getBit(), *from.getBit());
-    });
+    if (same.synth != nullptr) eachCommon(*same.rtl, *same.synth, takeOwn);
   }
-  std::vector<Signal*> named;
-  const auto takes = [&](const BitRef& to, const BitRef& from) {
-    return !to.getBit()->isSrc() && isOpen(*to.getBit()) && isKnown(*from.getBit());
+  // One bit of two registers that live in different places can show neither.
+  for (Bit* bit : contradicted) {
+    bit->setKind(Bit::UNKNOWN);
+    bit->setStateLoc(0, 0, 0);
+  }
+}
+
+// Whether a name is only a name: synthesis hands them on, so what a register drives, or what may
+// mean two registers, takes nothing from a net that happens to be called like it.
+bool RegisterCopy::isMereName(const BitRef& ref) {
+  if (ref.getBit()->isSrc() || RegisterTies::isDisputed(ref)) return false;
+  const Range<BitRef> refs = ref.getBit()->getBitRefs();
+  return std::none_of(refs.begin(), refs.end(), [](const BitRef* other) {
+    return other->getSignal()->isSrcState() || RegisterTies::isDisputed(*other);
+  });
+}
+
+void RegisterCopy::copyNames() {
+  // A file without register cells does not tell which names are registers.
+  if (m_state.loaded && m_pairs.registers().empty() && m_pairs.unnamed().empty()) return;
+  const auto takes = [](const BitRef& to, const BitRef& from) {
+    // Only registers are ever unread, so what is unread is none of these.
+    return to.getBit()->getKind() == Bit::UNKNOWN && isKnown(*from.getBit()) && isMereName(to);
   };
+  std::vector<Signal*> named;
   m_state.signals[RTL].each([&](Signal* rtl) {
     const Signal* synth = m_pairs.namesake(*rtl);
     if (synth == nullptr) return;
@@ -85,6 +118,8 @@ void RegisterCopy::copy() {
 
 void RegisterCopy::markUnread() {
   for (const Signal* rtl : m_pairs.registers()) {
+    // A register that was not told from another may well be there.
+    if (m_pairs.isDisputed(*rtl)) continue;
     const Signal* synth = m_pairs.twin(*rtl);
     for (std::uint64_t at = rtl->getLsb(); at <= rtl->getMsb(); ++at) {
       const auto index = static_cast<std::uint32_t>(at);

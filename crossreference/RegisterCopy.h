@@ -17,6 +17,11 @@ class RegisterCopy {
   void markUnread();
 
  private:
+  void copyRegisters();
+  void copyNames();
+  bool isOpen(const Bit& bit) const;
+  static bool isMereName(const BitRef& ref);
+
   NetlistState& m_state;
   RegisterPairs m_pairs;
 };

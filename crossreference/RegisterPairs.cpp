@@ -1,6 +1,7 @@
 #include <crossreference/Reading.h>
 #include <crossreference/RegisterPairs.h>
 #include <crossreference/RegisterTies.h>
+#include <support/Limits.h>
 
 #include <algorithm>
 #include <cstring>
@@ -24,10 +25,14 @@ std::string joinedLevels(std::string name) {
   return name;
 }
 
-void sortByName(std::vector<Signal*>& signals) {
-  std::sort(signals.begin(), signals.end(), [](const Signal* a, const Signal* b) {
-    return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
-  });
+// Calls `visit` with the place of each "/" of a name and a hash of what stands before it.
+template <class Visit>
+void eachLevel(std::string_view name, Visit visit) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    if (name[at] == '/') visit(at, hash);
+    hash = (hash ^ static_cast<unsigned char>(name[at])) * 0x100000001b3;
+  }
 }
 
 }  // namespace
@@ -59,9 +64,16 @@ Signal* RegisterPairs::namesake(const Signal& rtl) const {
   const Module* synthTop = m_state.top[SYNTH];
   if (rtlTop == nullptr || synthTop == nullptr) return nullptr;
   if (NameKey::compare(NameKey(*rtlTop), NameKey(*synthTop)) == 0) {
-    return m_state.signals[SYNTH].find(NameKey(rtl));
+    return unambiguous(rtl, m_state.signals[SYNTH].find(NameKey(rtl)));
   }
-  return m_state.signals[SYNTH].find(twinName(rtl.getFullName()));
+  return unambiguous(rtl, m_state.signals[SYNTH].find(twinName(rtl.getFullName())));
+}
+
+// A name that several signals have tells nothing.
+Signal* RegisterPairs::unambiguous(const Signal& rtl, Signal* synth) const {
+  const bool several =
+      m_state.isAmbiguous(rtl) || (synth != nullptr && m_state.isAmbiguous(*synth));
+  return several ? nullptr : synth;
 }
 
 // An instance name such as count_reg_3_ tells no bit, but the same instance in both views is the
@@ -79,30 +91,28 @@ void RegisterPairs::matchUnnamed() {
 }
 
 // Modules that are left, and those that were dissolved with "/": nothing below them was joined to
-// their names.
+// their names. Were two hashes ever equal, a register would be left out, never taken for another.
 void RegisterPairs::findKeptLevels() {
   m_state.modules[SYNTH].each([&](const Module* module) {
     if (module->getName() == nullptr) return;
     const bool holdsModules = !module->getChildren(false).empty();
     const bool dissolved = std::strchr(module->getName(), '/') != nullptr;
     if (!holdsModules && !dissolved) return;
-    const std::string path = belowTop(NameKey(*module).compose(), SYNTH);
-    if (holdsModules) m_kept.insert(path);
-    for (std::size_t at = path.find('/'); at != std::string::npos; at = path.find('/', at + 1)) {
-      m_kept.insert(path.substr(0, at));
-    }
+    std::string path = belowTop(NameKey(*module).compose(), SYNTH);
+    if (holdsModules) path += '/';
+    eachLevel(path, [&](std::size_t, std::uint64_t hash) { m_kept.insert(hash); });
   });
 }
 
 // Whether flattening can have made one name of the other: some levels are joined, all else is kept.
 bool RegisterPairs::isJoined(const std::string& name, const std::string& flat) const {
   if (name.size() != flat.size()) return false;
-  for (std::size_t at = 0; at < name.size(); ++at) {
-    if (name[at] == flat[at]) continue;
-    const bool joins = name[at] == '/' && flat[at] == '_';
-    if (!joins || m_kept.count(name.substr(0, at)) != 0) return false;
-  }
-  return true;
+  bool joined = true;
+  eachLevel(name, [&](std::size_t at, std::uint64_t hash) {
+    joined = joined && (flat[at] == '/' || (flat[at] == '_' && m_kept.count(hash) == 0));
+  });
+  return joined && std::equal(name.begin(), name.end(), flat.begin(),
+                              [](char from, char to) { return from == to || from == '/'; });
 }
 
 // Where the hierarchy was flattened with "_", a register is found by its name with levels joined,
@@ -122,15 +132,19 @@ void RegisterPairs::matchFlattened() {
   if (missing.empty()) return;
   findKeptLevels();
   std::unordered_map<Signal*, std::vector<Signal*>> claims;
+  std::unordered_set<const Signal*> crowded;
   m_state.signals[SYNTH].each([&](Signal* synth) {
     if (!holdsRegisters(*synth)) return;
     const std::string name = belowTop(synth->getFullName(), SYNTH);
     const auto [first, last] = missing.equal_range(joinedLevels(name));
-    for (auto found = first; found != last; ++found) {
+    std::size_t left = limits::flattenedNames;
+    for (auto found = first; found != last && left > 0; ++found, --left) {
       if (isJoined(found->second.name, name)) claims[found->second.rtl].push_back(synth);
     }
+    // So many registers of one name once joined can't be told from one another.
+    if (left == 0) crowded.insert(synth);
   });
-  settleFlattened(claims, taken);
+  settleFlattened(claims, taken, crowded);
 }
 
 void RegisterPairs::addFlattened(Flattened& missing, Signal& rtl) const {
@@ -142,19 +156,27 @@ void RegisterPairs::addFlattened(Flattened& missing, Signal& rtl) const {
 
 // A synthesized register that two RTL registers may be called now is nobody's.
 void RegisterPairs::settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
-                                    const std::unordered_set<const Signal*>& taken) {
+                                    const std::unordered_set<const Signal*>& taken,
+                                    const std::unordered_set<const Signal*>& crowded) {
   std::unordered_map<const Signal*, unsigned> claimants;
   for (const auto& [rtl, synths] : claims) {
     for (const Signal* synth : synths) ++claimants[synth];
   }
   for (const auto& [rtl, synths] : claims) {
     const Signal* synth = synths.front();
-    const bool one = synths.size() == 1 && claimants[synth] == 1 && taken.count(synth) == 0;
-    if (one) m_flattened[rtl] = synths.front();
+    const bool one = synths.size() == 1 && claimants[synth] == 1 && taken.count(synth) == 0 &&
+                     crowded.count(synth) == 0;
+    if (one) {
+      m_flattened[rtl] = synths.front();
+    } else {
+      m_disputed.insert(rtl);
+    }
   }
   for (const Signal* rtl : m_registers) {
     const Signal* same = namesake(*rtl);
-    if (same != nullptr && claimants.count(same) != 0) m_disputed.insert(rtl);
+    const bool claimed =
+        same != nullptr && (claimants.count(same) != 0 || crowded.count(same) != 0);
+    if (claimed) m_disputed.insert(rtl);
   }
 }
 

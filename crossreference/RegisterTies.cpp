@@ -1,19 +1,28 @@
 #include <crossreference/RegisterTies.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace XRF_RTL2LL {
 
 bool RegisterTies::isRegister(const NetlistState& state, const Module& module) {
-  if (module.getKind() == REG || module.getKind() == WIDE_FD) return true;
+  const bool tabled = module.getKind() == REG || module.getKind() == WIDE_FD;
+  if (!state.reading.has(Rule::StateCells)) return tabled;
   const char* cell = module.getDefName();
-  return state.reading.has(Rule::StateCells) && cell != nullptr && holdsState(cell) &&
-         module.getChildren(false).empty();
+  // A module of the design may be named like a cell.
+  return (tabled || (cell != nullptr && holdsState(cell))) && module.getChildren(false).empty();
 }
 
 Signal* RegisterTies::outputOf(const Module& instance) {
   Signal* output = instance.getSignal(token::UpperQ, true);
-  return output != nullptr ? output : instance.getSignal(token::LowerQ, true);
+  if (output == nullptr) output = instance.getSignal(token::LowerQ, true);
+  if (output != nullptr) return output;
+  // An array has its printable name, whatever its identifier is.
+  for (Signal* signal : instance.getSignals(false)) {
+    const std::string_view name = signal->getName();
+    if (name == "Q" || name == "q") return signal;
+  }
+  return nullptr;
 }
 
 Signal* RegisterTies::widen(Module& parent, const std::string& name, std::uint32_t lsb,
@@ -63,9 +72,22 @@ void RegisterTies::disputeAll(const Module& module) {
   for (const Module* child : module.getChildren(false)) disputeAll(*child);
 }
 
-void RegisterTies::join(BitRef& place, BitRef& net) {
-  if (!place.m_disputed) place.merge(&net);
+bool RegisterTies::join(BitRef& place, BitRef& net) {
+  if (place.m_disputed) return true;
+  // A register's output is on its net already; any other net of the name is something else.
+  if (place.m_register && place.getBit() != net.getBit()) return false;
+  place.merge(&net);
+  return true;
 }
+
+namespace {
+
+// Whether something else bears the name that a replica would take.
+bool isOthers(const BitRef& place, const BitRef& value) {
+  return place.getBit() != value.getBit() && place.getBit()->getBitRefs().size() > 1;
+}
+
+}  // namespace
 
 void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
   Signal* output = outputOf(instance);
@@ -84,7 +106,7 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
       dispute(*place, *value);
       place->leave();
     }
-    if (taken) continue;
+    if (taken || (name.replica && isOthers(*place, *value))) continue;
     place->merge(value);
     place->m_register = true;
   }

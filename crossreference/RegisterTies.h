@@ -26,9 +26,12 @@ class RegisterTies {
 
   /// Takes all registers below a module for disputed, since its name is another's too.
   static void disputeAll(const Module& module);
-  /// Joins a net to the signal bit that bears its name.
-  static void join(BitRef& place, BitRef& net);
+  /// Joins a net to the signal bit that bears its name; false where that is a register which does
+  /// not drive the net.
+  static bool join(BitRef& place, BitRef& net);
   static bool isTied(const BitRef& ref) { return ref.m_register; }
+  /// Whether a place is of several registers, so that it is of none.
+  static bool isDisputed(const BitRef& ref) { return ref.m_disputed; }
 
  private:
   static void dispute(BitRef& place, BitRef& value);

@@ -18,6 +18,8 @@ inline constexpr unsigned elaborationNesting = 4096;
 
 /// Levels of the module tree. Real designs have fewer than fifty.
 inline constexpr unsigned moduleNesting = 500;
+/// Registers of one name once their levels are joined that are told from one another.
+inline constexpr std::size_t flattenedNames = 64;
 
 /// Bytes of the paths that modules with children keep: a base, and a multiple of what the file or
 /// the expanded design holds. Paths in the field stay below a few thousand bytes.
