@@ -82,6 +82,7 @@ class LogicLocationReader {
   unsigned m_slr_size;
   Reading m_reading;
   LocationMatch m_match;
+  bool m_forgot = false;  // whether what an earlier file said is gone
 };
 
 int Design::parse_ll(std::string file) {
@@ -93,7 +94,6 @@ int Design::parse_ll(std::string file) {
                   file.c_str());
   }
   NetlistState& netlist = *m_state->netlist->m_state;
-  if (netlist.reading.has(Rule::RawLocations)) forgetLocations();
   LogicLocationReader(*m_state, netlist, file, input.text()).read();
   if (netlist.reading.has(Rule::RegisterCopy)) RegisterCopy(netlist).copy();
   return 0;
@@ -192,6 +192,8 @@ bool LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
 
 LogicLocationReader::Outcome LogicLocationReader::match(const Location& location) {
   if (!location.isPlace) return Outcome::Unmatched;
+  if (!m_forgot) forgetLocations();
+  m_forgot = true;
   const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
   switch (
       m_match.record(location.net, {location.frame, location.offset, location.slr}, multiplexer)) {

@@ -19,7 +19,8 @@ bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& mat
   const std::string top = "/" + std::string(m_state.top.at(view)->getName()) + "/";
   // A net that has the name of a register which is not on it is kept under a name of its own.
   const Signal* apart = m_state.signals.at(view).find(netApart(top + std::string(name)));
-  if (apart != nullptr) return accept(*apart, 0, match);
+  match.isApart = apart != nullptr;
+  if (match.isApart) return accept(*apart, 0, match);
   for (const NamedBits& reading : netReadings(name)) {
     const Signal* signal = m_state.signals.at(view).find(top + reading.signal);
     if (signal != nullptr && accept(*signal, reading.lsb, match)) return true;
@@ -44,7 +45,7 @@ LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) co
   if (top == nullptr || top->getName() == nullptr) return match;
   const std::string name = cleaned(net);
   match.faithful = findExactly(name, view, match);
-  if (match.faithful) return match;
+  if (match.faithful || match.isApart) return match;
   const std::string prefix = "/" + std::string(top->getName()) + "/";
   for (const ChangedLevels& changed : changedLevels(name)) {
     // What still is a module was not joined to the names below it.

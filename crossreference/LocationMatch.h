@@ -47,6 +47,7 @@ class LocationMatch {
     Bit* bit = nullptr;
     bool faithful = false;
     bool foundOther = false;  // a net of the name is there, but no register drives it
+    bool isApart = false;     // the net has a register's name without being on it
   };
 
   Match find(std::string_view net) const;

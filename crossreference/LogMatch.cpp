@@ -127,17 +127,23 @@ LogMatch::Bits LogMatch::findBelow(const std::string& scope, const std::string& 
 }
 
 // The paths of the instances of a definition, each with a "/" after it.
-std::vector<std::string> LogMatch::scopesOf(const std::string& definition) const {
+std::vector<std::string> LogMatch::scopesOf(const std::string& definition) {
+  if (m_instances.empty()) {
+    m_state.modules[RTL].each([this](const Module* module) {
+      const bool holdsModules = !module->getChildren(false).empty();
+      const char* name = module->getDefName();
+      if (holdsModules && name != nullptr) m_instances.emplace(name, module);
+    });
+  }
   std::vector<std::string> scopes;
-  const auto group = m_state.instances[RTL].find(definition);
-  if (group == m_state.instances[RTL].end()) return scopes;
-  for (const Module* instance : group->second.modules) {
-    scopes.push_back(NameKey(*instance).compose() + "/");
+  const auto [first, last] = m_instances.equal_range(definition);
+  for (auto instance = first; instance != last; ++instance) {
+    scopes.push_back(NameKey(*instance->second).compose() + "/");
   }
   return scopes;
 }
 
-std::vector<LogMatch::Bits> LogMatch::find(const std::string& name, Bare bare) const {
+std::vector<LogMatch::Bits> LogMatch::find(const std::string& name, Bare bare) {
   const Module* top = m_state.top[RTL];
   if (top == nullptr || top->getName() == nullptr) return {};
   const std::string prefix = "/" + std::string(top->getName()) + "/";

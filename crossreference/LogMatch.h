@@ -47,10 +47,10 @@ class LogMatch {
   using Bits = std::vector<BitRef*>;
   enum class Bare { Refuse, Whole };  // what a bus without a range stands for
 
-  std::vector<Bits> find(const std::string& name, Bare bare) const;
+  std::vector<Bits> find(const std::string& name, Bare bare);
   Bits findBelow(const std::string& scope, const std::string& name, Bare bare) const;
   Bits bitsOf(const NamedBits& name, Bare bare) const;
-  std::vector<std::string> scopesOf(const std::string& definition) const;
+  std::vector<std::string> scopesOf(const std::string& definition);
   bool isImplemented(const BitRef& place);
   bool follow(const LogLine& line);
   bool followLocally(const LogLine& line);
@@ -61,6 +61,7 @@ class LogMatch {
   NetlistState& m_state;
   std::vector<LogLine> m_merges;
   std::optional<RegisterPairs> m_pairs;
+  std::unordered_multimap<std::string_view, const Module*> m_instances;  // by definition
   std::unordered_multimap<std::string, const Module*> m_holders;  // of registers, by local name
   std::unordered_set<const BitRef*> m_gone;
 };

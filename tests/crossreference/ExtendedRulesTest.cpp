@@ -509,4 +509,190 @@ TEST_F(ExtendedRulesTest, AnUnreadRegisterTakesWhatArrivesLater) {
   EXPECT_EQ(at("a"), "1");
 }
 
+TEST_F(ExtendedRulesTest, ALocationFileReplacesAnEarlierOne) {
+  readDesign(elaborated({"a_reg", "b_reg"}), registers("FDRE", {{"a_reg", "a"}, {"b_reg", "b"}}));
+  locate({"a", "b"});
+  locate({"b"});
+  EXPECT_EQ(at("a"), "unknown");
+  EXPECT_EQ(at("a", 0, SYNTH), "unknown");
+  EXPECT_EQ(at("b"), "1");
+}
+
+TEST_F(ExtendedRulesTest, ALocationFileThatPlacesNothingLeavesTheEarlierOne) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  locate({"a"});
+  readLocations("Bit 1 0x10 7 Block=RAMB36_X2Y0 Latch=DOBU15 Net=a\n");
+  EXPECT_EQ(at("a"), "1");
+}
+
+TEST_F(ExtendedRulesTest, ANetMayBeNamedLikeARegisterThatDoesNotDriveIt) {
+  readDesign(elaborated({"cnt_reg[3]", "cnt_reg_reg[3]", "x_reg", "y_reg"}),
+             registers("FDRE", {{"cnt_reg[3]", "cnt_reg[3]"},
+                                {"cnt_reg_reg[3]", "q[3]"},
+                                {"x_reg", "y"},
+                                {"y_reg", "y_reg_n_0"}}));
+  locate({"cnt_reg[3]", "q[3]", "y", "y_reg_n_0"});
+  EXPECT_EQ(at("cnt", 3), "1");
+  EXPECT_EQ(at("cnt_reg", 3), "2");
+  EXPECT_EQ(at("x"), "3");
+  EXPECT_EQ(at("y"), "4");
+}
+
+TEST_F(ExtendedRulesTest, ASavedModelKeepsSuchNetsApart) {
+  readDesign(elaborated({"x_reg", "y_reg"}),
+             registers("FDRE", {{"x_reg", "y"}, {"y_reg", "y_reg_n_0"}}));
+  const test::TempFile file("", "design.xrf");
+  subject.exportDesign(file.path(), true);
+  resetModel();
+  Design loaded(Matching::Extended);
+  run([&] { loaded.parse_xrf(file.path()); });
+  const test::TempFile locations("Bit 5 0x10 7 Block=SLICE_X1Y2 Latch=AQ Net=y\n");
+  run([&] { loaded.parse_ll(locations.path()); });
+  EXPECT_EQ(loaded.findSignal(RTL, "/top/x")->getBitRef(0)->getBit()->getStateLoc2(), 7U);
+  EXPECT_EQ(loaded.findSignal(RTL, "/top/y")->getBitRef(0)->getBit()->getKind(), Bit::UNKNOWN);
+}
+
+TEST_F(ExtendedRulesTest, LogicOnANetOfARegistersNameDoesNotLocateTheRegister) {
+  readDesign(elaborated({"y_reg"}), registers("FDRE", {{"y_reg", "y_reg_n_0"}}) +
+                                        instance("lut", "LUT2") + net("y", pin("O", "lut")));
+  locate({"y"}, "AMUX");
+  EXPECT_EQ(at("y"), "unknown");
+  EXPECT_EQ(subject.locationReport().skippedLatches, 1U);
+}
+
+TEST_F(ExtendedRulesTest, WhatIsDisputedTakesNothingFromANetOfTheName) {
+  readDesign(elaborated({"a b_reg", "a_b_reg"}), registers("FDRE", {{"a_b_reg", "a_b"}}));
+  locate({"a_b"});
+  EXPECT_EQ(at("a_b", 0, SYNTH), "1");
+  EXPECT_EQ(at("a_b"), "unknown");
+  EXPECT_EQ(subject.coverage().all.located, 0U);
+}
+
+TEST_F(ExtendedRulesTest, OneNameOfSeveralObjectsTellsNothing) {
+  const std::string sub = cell("sub", "", registers("RTL_REG", {{"x_reg", "x"}}));
+  parse(RTL, top("", instance("u0", "sub") + elaborated({"a_reg"}), sub));
+  parse(SYNTH, top("", instance("u0", "sub") + registers("FDRE", {{"a_reg", "u0/x"}}),
+                   cell("sub", "", registers("FDRE", {{"x_reg", "x"}}))));
+  locate({"u0/x"});
+  EXPECT_EQ(at("a"), "unknown");
+  EXPECT_EQ(at("u0/x"), "unknown");
+  EXPECT_EQ(subject.locationReport().unmatched, 1U);
+}
+
+TEST_F(ExtendedRulesTest, EqualSignsArePartOfNetNames) {
+  readDesign(elaborated({"a=b_reg", "a_b_reg"}),
+             registers("FDRE", {{"a=b_reg", "a=b"}, {"a_b_reg", "n_0"}}));
+  locate({"a=b"});
+  EXPECT_EQ(at("a=b"), "1");
+  EXPECT_EQ(at("a_b"), "unknown");
+}
+
+TEST_F(ExtendedRulesTest, TheOutputOfAWideCellIsKnownByItsPrintableName) {
+  const std::string wide =
+      cell("RTL_wide_fd4", input("C") + port(array(renamed("Q_", "Q[3:0]"), "4"), "OUTPUT"));
+  parse(RTL, top("", instance(renamed(id(), "q_reg[3:0]"), "RTL_wide_fd4"), wide));
+  parse(SYNTH, top("", registers("FDRE", {{"q_reg[2]", "n_2"}})));
+  locate({"n_2"});
+  EXPECT_EQ(at("q", 2), "1");
+  EXPECT_EQ(subject.coverage().all.total(), 4U);
+}
+
+TEST_F(ExtendedRulesTest, WhatHasAFlipFlopIsNeitherConstantNorMerged) {
+  readDesign(elaborated({"a_reg", "b_reg", "c_reg"}),
+             registers("FDRE", {{"a_reg", "a"}, {"b_reg", "b"}, {"c_reg", "c"}}));
+  readLog(constant("a_reg") + merged("b_reg", "c_reg"));
+  EXPECT_EQ(at("a"), "unknown");
+  EXPECT_NE(bit("/top/b"), bit("/top/c"));
+  EXPECT_THAT(subject.logReport().unmatchedNames, ElementsAre("a_reg", "b_reg"));
+}
+
+TEST_F(ExtendedRulesTest, ARegisterIsMergedIntoOneOtherOnly) {
+  readDesign(elaborated({"a_reg", "b_reg", "c_reg"}),
+             registers("FDRE", {{"b_reg", "b"}, {"c_reg", "c"}}));
+  readLog(merged("a_reg", "b_reg") + merged("a_reg", "c_reg"));
+  EXPECT_NE(bit("/top/b"), bit("/top/c"));
+  EXPECT_EQ(subject.logReport().used, 1U);
+  EXPECT_EQ(subject.logReport().unmatched, 1U);
+}
+
+TEST_F(ExtendedRulesTest, BitsThatAreOneConstantDoNotSpoilAMerge) {
+  readDesign(elaborated({"x_reg[1]", "x_reg[0]", "y_reg[1]", "y_reg[0]"}),
+             registers("FDRE", {{"y_reg[0]", "y0"}}));
+  readLog(constant("x_reg[1]", "0") + constant("y_reg[1]", "0") +
+          "INFO: [Synth 8-4471] merging register 'x_reg[1:0]' into 'y_reg[1:0]'\n");
+  EXPECT_EQ(bit("/top/x", 0), bit("/top/y", 0));
+  EXPECT_EQ(at("x", 1), "constant 0");
+  EXPECT_EQ(subject.logReport().used, 3U);
+}
+
+/// A register pair in the top and in a module of one kind or another.
+class LocalMergeTest : public ExtendedRulesTest {
+ protected:
+  void read(bool topHasThem) {
+    const std::string sub = cell("sub", "", elaborated({"x_reg", "y_reg"}));
+    parse(RTL, top("",
+                   instance("u", "sub") + instance("v", "sub") +
+                       (topHasThem ? elaborated({"x_reg", "y_reg"}) : ""),
+                   sub));
+    parse(SYNTH, top("", instance("u", "sub") + instance("v", "sub"),
+                     cell("sub", "", registers("FDRE", {{"y_reg", "y"}}))));
+    readLog("INFO: [Synth 8-4471] merging register 'x_reg' into 'y_reg' [sub.v:41]\n");
+  }
+};
+
+TEST_F(LocalMergeTest, NamesWithoutAPathAreThoseOfTheirModule) {
+  read(false);
+  EXPECT_EQ(bit("/top/u/x"), bit("/top/u/y"));
+  EXPECT_EQ(bit("/top/v/x"), bit("/top/v/y"));
+  EXPECT_NE(bit("/top/u/x"), bit("/top/v/x"));
+}
+
+TEST_F(LocalMergeTest, NamesThatModulesOfTwoKindsHaveTellNothing) {
+  read(true);
+  EXPECT_NE(bit("/top/x"), bit("/top/y"));
+  EXPECT_NE(bit("/top/u/x"), bit("/top/u/y"));
+  EXPECT_EQ(subject.logReport().unmatched, 1U);
+}
+
+TEST_F(ExtendedRulesTest, AWordBeforeAColonMayBeWhatAModuleIsDefinedAs) {
+  const std::string sub = cell("sub", "", elaborated({"x_reg"}));
+  parse(RTL, top("", instance("u", "sub") + elaborated({"x_reg"}), sub));
+  parse(SYNTH, top("", instance("u", "sub"), cell("sub", "", instance("lut", "LUT2"))));
+  readLog(constant("sub:/\\x_reg"));
+  EXPECT_EQ(at("u/x"), "constant 1");
+  EXPECT_EQ(at("x"), "unread");
+}
+
+TEST_F(ExtendedRulesTest, ANetThatIsNamedLikeAnInstanceIsNoRegister) {
+  readDesign(registers("RTL_REG", {{"bar_reg", "foo_reg"}}), "");
+  readLog(constant("foo_reg"));
+  EXPECT_EQ(at("bar"), "unread");
+  EXPECT_EQ(subject.logReport().unmatched, 1U);
+}
+
+TEST_F(ExtendedRulesTest, AModuleNamedLikeARegisterCellIsNone) {
+  const std::string bank = cell("RTL_REGFILE", output("Q"), instance("x_reg", "RTL_REG"));
+  parse(RTL, top("", instance("bank_reg", "RTL_REGFILE"), bank));
+  EXPECT_EQ(subject.coverage().all.total(), 1U);
+}
+
+TEST_F(ExtendedRulesTest, ANameOfVeryManyLevelsCostsNoMemory) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  const std::string levels = test::repeat("i_0/", 50000);
+  locate({levels + "a"});
+  readLog(constant(levels + "a_reg"));
+  EXPECT_EQ(at("a"), "unknown");
+}
+
+TEST_F(ExtendedRulesTest, AnEmptyNameIsAnUnderscore) {
+  readDesign(elaborated({""}), "");
+  const test::TempFile file("", "design.xrf");
+  subject.exportDesign(file.path(), true);
+  resetModel();
+  Design loaded(Matching::Extended);
+  run([&] { loaded.parse_xrf(file.path()); });
+  EXPECT_FALSE(fatal);
+  EXPECT_NE(loaded.findModule(RTL, "/top/_"), nullptr);
+}
+
 }  // namespace
