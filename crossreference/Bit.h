@@ -52,6 +52,7 @@ class XRF_API BitRef {
   std::uint32_t m_index;
   bool m_member = false;    // in some bit's set
   bool m_register = false;  // the signal's index is a register of the design
+  bool m_replica = false;   // known by a copy that synthesis made, for want of the original
   bool m_disputed = false;  // or would be of several, so that it is none
 };
 

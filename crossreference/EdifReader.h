@@ -49,12 +49,11 @@ class EdifReader {
     bool open = false;     // an instance of it is being read
   };
 
-  // What waits for the end of the module it belongs to.
+  // An alias of an instance's output, which waits for the end of the module around it.
   struct Deferred {
     Module* parent;
     Module* instance;
-    std::uint32_t alias;  // the name of an alias of the instance's output, or 0
-    NamedBits name;       // the place of a replica
+    std::uint32_t alias;
   };
 
   // A port or a member of one, before it is known in which module it lies.
@@ -110,6 +109,7 @@ class EdifReader {
   void merge_bit_port(const ExprResult& name, Signal& port);
   Signal* widen(std::uint32_t code, std::uint32_t index);
   bool is_foreign(const std::string& bus) const;
+  bool is_others(const std::string& name, const BitRef& net) const;
   void apply_property(std::uint32_t property, const std::string& text);
 
   PortName parse_port_name();
@@ -133,7 +133,8 @@ class EdifReader {
   ReadPlace m_place;
   std::unordered_map<std::uint32_t, CellRecord> m_cells;
   std::unordered_map<const Signal*, PortRange> m_ranges;  // of port arrays, as declared
-  bool m_any_foreign = false;  // whether a port array's range is none that the model can have
+  bool m_any_bracketed = false;  // whether a register's own name ends in a bracket
+  bool m_any_foreign = false;    // whether a port array's range is none that the model can have
   std::vector<const Module*> m_namesakes;  // modules of one name
   std::vector<Deferred> m_deferred;
   RegisterTies m_ties;

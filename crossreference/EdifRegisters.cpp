@@ -42,7 +42,7 @@ void EdifReader::tie_register(Module& instance, const ExprResult& name) {
 
 void EdifReader::add_alias(Module& instance, std::uint32_t name) {
   if (m_state.reading.has(Rule::LateAliases)) {
-    m_deferred.push_back({&front(), &instance, name, {}});
+    m_deferred.push_back({&front(), &instance, name});
   } else {
     make_alias(name, RegisterTies::outputOf(instance));
   }
@@ -73,26 +73,18 @@ void EdifReader::tie_printable(Module& instance, const ExprResult& name) {
   if (!bits.valid) return;
   const bool single = output == nullptr || output->getWidth() == 1;
   if (single && is_foreign(bits.signal)) bits = bits.whole();
-  if (bits.replica) {
-    m_deferred.push_back({&front(), &instance, 0, bits});
-  } else {
-    m_ties.tie(front(), instance, bits);
-  }
+  m_any_bracketed = m_any_bracketed || bits.signal.ends_with(']');
+  m_ties.tie(front(), instance, bits);
 }
 
-// What is left to the end of a module: replicas, once the originals are known, and aliases, once
-// all else that may bear their names is.
+// What is left to the end of a module: aliases, once all else that may bear their names is known.
 void EdifReader::finish_module() {
   Module& module = front();
   std::size_t first = m_deferred.size();
   while (first > 0 && m_deferred[first - 1].parent == &module) --first;
   for (std::size_t at = first; at < m_deferred.size(); ++at) {
     const Deferred& work = m_deferred[at];
-    if (work.alias == 0) m_ties.tie(module, *work.instance, work.name);
-  }
-  for (std::size_t at = first; at < m_deferred.size(); ++at) {
-    const Deferred& work = m_deferred[at];
-    const bool free = work.alias != 0 && module.getSignal(work.alias, true) == nullptr &&
+    const bool free = module.getSignal(work.alias, true) == nullptr &&
                       m_state.findByName(m_view, module, *m_state.word(work.alias)) == nullptr;
     if (free) make_alias(work.alias, RegisterTies::outputOf(*work.instance));
   }

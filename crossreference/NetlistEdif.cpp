@@ -298,6 +298,10 @@ EdifReader::ExprResult EdifReader::parse_instance() {
   Module* instance = push_module(name);
   parse_body();
   finish_module();
+  const bool undefined = instance->m_def_name == nullptr || instance->m_def_name->empty();
+  if (undefined && m_state.reading.has(Rule::CleanNames)) {
+    instance->m_def_name = m_state.model.names.intern(std::string_view("_"));
+  }
   tie_instance(*instance, name);
   return {};
 }
@@ -468,6 +472,15 @@ void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
   signal->getBitRef(0)->merge(&joined);
 }
 
+// Whether a net is named like a register that does not drive it, where that name looks like a
+// bit's, as \pos[3] does.
+bool EdifReader::is_others(const std::string& name, const BitRef& net) const {
+  if (!m_any_bracketed) return false;
+  const Signal* signal = m_state.findByName(m_view, front(), name);
+  const BitRef* place = signal == nullptr ? nullptr : signal->getBitRef(signal->getLsb(), true);
+  return place != nullptr && RegisterTies::isTied(*place) && place->getBit() != net.getBit();
+}
+
 void EdifReader::hide_added(Signal& signal, const std::string& name) const {
   const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
   signal.setHidden(added || name.find_first_of("$.[") != std::string::npos);
@@ -481,7 +494,7 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   // A port's net is the port; anything else under this number has another name.
   if (known != nullptr && known->m_port && *text == known->getName()) return;
   const NamedBits bit = decodeBit(*text);
-  if (bit.valid && !is_foreign(bit.signal)) {
+  if (bit.valid && !is_foreign(bit.signal) && !is_others(*text, joined)) {
     BitRef* place = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb)->getBitRef(bit.lsb);
     if (RegisterTies::join(*place, joined)) return;
   }

@@ -60,6 +60,13 @@ void RegisterTies::dispute(BitRef& place, BitRef& value) {
   value.getBit()->setSrc(false);
 }
 
+// A replica gives way to its original.
+void RegisterTies::yield(BitRef& place) {
+  place.leave();
+  place.m_register = false;
+  place.m_replica = false;
+}
+
 void RegisterTies::disputeAll(const Module& module) {
   for (Signal* signal : module.getSignals(false)) {
     for (std::uint64_t index = signal->getLsb(); index <= signal->getMsb(); ++index) {
@@ -80,15 +87,6 @@ bool RegisterTies::join(BitRef& place, BitRef& net) {
   return true;
 }
 
-namespace {
-
-// Whether something else bears the name that a replica would take.
-bool isOthers(const BitRef& place, const BitRef& value) {
-  return place.getBit() != value.getBit() && place.getBit()->getBitRefs().size() > 1;
-}
-
-}  // namespace
-
 void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) {
   Signal* output = outputOf(instance);
   if (output == nullptr || !fits(name, *output)) return;
@@ -101,14 +99,16 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
     BitRef* place = signal->getBitRef(placeOf(name, *output, index));
     BitRef* value = output->getBitRef(index);
     if (place == nullptr || value == nullptr) continue;
+    if (place->m_replica && !name.replica) yield(*place);
     const bool taken = place->m_register || place->m_disputed;
     if (taken && !name.replica) {
       dispute(*place, *value);
       place->leave();
     }
-    if (taken || (name.replica && isOthers(*place, *value))) continue;
+    if (taken) continue;
     place->merge(value);
     place->m_register = true;
+    place->m_replica = name.replica;
   }
 }
 

@@ -18,8 +18,8 @@ class RegisterTies {
 
   /// The signal of a name in a module, made or widened to cover lsb..msb.
   Signal* widen(Module& parent, const std::string& name, std::uint32_t lsb, std::uint32_t msb);
-  /// Makes the bits of a register's output the bits it is named for. A replica gives way to
-  /// whatever holds the place already, and nobody takes a place twice.
+  /// Makes the bits of a register's output the bits it is named for. A replica gives way to its
+  /// original, and nobody takes a place twice.
   void tie(Module& parent, Module& instance, const NamedBits& name);
   /// Finds the place of a register of a loaded model, whose bits are merged already.
   void recall(Module& parent, Module& instance, const NamedBits& name);
@@ -35,6 +35,7 @@ class RegisterTies {
 
  private:
   static void dispute(BitRef& place, BitRef& value);
+  static void yield(BitRef& place);
   void disputeAt(Module& parent, const Signal& output, const NamedBits& name);
   bool recallAt(Module& parent, const Signal& output, const NamedBits& name);
 

@@ -198,24 +198,23 @@ class EdifWriter {
 
   void writeArray(Pin pin, uint32_t width) {
     out_ << "(array ";
-    if (renames_) {
-      out_ << "(rename " << arrayName(pin) << " \"" << pinName(pin) << '[' << uint64_t{width - 1}
-           << ":0]\")";
+    if (renames_ || implementation_ != nullptr) {
+      out_ << "(rename " << std::string_view(arrayName(pin)) << " \"" << pinName(pin) << '['
+           << uint64_t{width - 1} << ":0]\")";
     } else {
       out_ << pinName(pin);
     }
     out_ << ' ' << uint64_t{width} << ')';
   }
 
-  /// A module's port array shares its name with the nets of its bits, so its identifier differs as
-  /// a rule.
-  std::string_view arrayName(Pin pin, uint32_t owner = ModuleNetlist::kNone) const {
-    const bool keepsName = implementation_ != nullptr && owner != ModuleNetlist::kNone &&
+  /// An array shares its name with the nets of its bits, so its identifier differs as a rule.
+  std::string arrayName(Pin pin, uint32_t owner = ModuleNetlist::kNone) const {
+    std::string name(pinName(pin));
+    const bool isModules = pin == Pin::Din || pin == Pin::Dout;
+    const bool keepsName = isModules && implementation_ != nullptr &&
                            design_.options().hazards->has(Hazard::PortRanges) && owner % 2 == 0;
-    if (keepsName) return pinName(pin);
-    if (renames_ && pin == Pin::Din) return "din_";
-    if (renames_ && pin == Pin::Dout) return "dout_";
-    return pinName(pin);
+    const bool differs = isModules ? renames_ && !keepsName : implementation_ != nullptr;
+    return differs ? name + '_' : name;
   }
 
   void writeIdentifier(std::string_view name, bool keepsBrackets) {

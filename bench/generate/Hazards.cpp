@@ -47,7 +47,8 @@ constexpr std::array<Entry, static_cast<size_t>(Hazard::Crlf) + 1> kEntries = {{
      "copies x_reg[4]_rep, x_reg[4]_rep__0; sometimes the copy alone is left"},
     {Hazard::ToolNets, "tool-nets", "output nets named by the tool: n_0_x_reg[7], x_reg_n_0_[7]"},
     {Hazard::FarNets, "far-nets",
-     "output nets with a name from the far end: p_0_in[2], or that of other logic in the source"},
+     "output nets with a name from the far end: p_0_in[2], or that of other logic or of another "
+     "register in the source"},
     {Hazard::PortNets, "port-nets", "registers acc whose output nets have the port's name dout[3]"},
     {Hazard::IoBuffers, "io-buffers", "buffers at the pads: nets dout_OBUF[3], din_IBUF[3]"},
     {Hazard::OneInputLuts, "one-input-luts", "look-up tables that pass or invert one input"},

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace generate {
@@ -59,12 +60,26 @@ class OutputNets {
     } else if (module_.has(Hazard::ToolNets) && random_.percent(40)) {
       use(net, toolName(bank, bit));
     } else if (module_.has(Hazard::FarNets) && random_.percent(30)) {
-      use(net, farNames(bank, bit));
+      if (!freed_.empty() && random_.percent(25)) {
+        useFreed(net);
+      } else {
+        use(net, farNames(bank, bit));
+      }
     }
   }
 
   void use(uint32_t net, const std::string& name) {
-    if (!name.empty() && used_.insert(storable(name)).second) netlist_.renameNet(net, name);
+    if (name.empty() || !used_.insert(storable(name)).second) return;
+    freed_.emplace_back(netlist_.netText(net));
+    netlist_.renameNet(net, name);
+  }
+
+  /// Gives a net the name of a register whose own net has another one now.
+  void useFreed(uint32_t net) {
+    std::string name = std::move(freed_.back());
+    freed_.pop_back();
+    freed_.emplace_back(netlist_.netText(net));
+    netlist_.renameNet(net, name);
   }
 
   std::string toolName(const Bank& bank, uint32_t bit) {
@@ -101,6 +116,7 @@ class OutputNets {
   ModuleNetlist& netlist_;
   Random random_;
   std::unordered_set<std::string> used_;
+  std::vector<std::string> freed_;
   std::vector<uint32_t> absorbed_;  ///< for each register one that was merged into it
 };
 
