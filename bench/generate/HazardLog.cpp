@@ -62,7 +62,9 @@ class Messages {
   void addBank(const Design::Visit& visit, const Bank& bank) {
     const Outcome& first = visit.module.outcomes[bank.first];
     const uint64_t number = visit.firstRegister + bank.first;
-    if (first.fate == Fate::Merged && first.isWhole && bank.width > 1) {
+    // Without a path, registers of a module below may be meant as well if they have these names.
+    const bool isClear = !visit.path.empty() || !has(Hazard::ParentNames);
+    if (first.fate == Fate::Merged && first.isWhole && bank.width > 1 && isClear) {
       const Bank& target = bankOf(visit.module, first.survivor);
       messages_.push_back({MessageKind::MergedRegister,
                            "merging register '" + element(visit, wholeName(bank), number) +
