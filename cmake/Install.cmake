@@ -5,6 +5,11 @@ if(TARGET xrf)
     install(FILES ${PROJECT_SOURCE_DIR}/${header}
             DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/xrf/${folder})
   endforeach()
+  foreach(header IN LISTS XRF_GENERATED_PUBLIC_HEADERS)
+    cmake_path(GET header PARENT_PATH folder)
+    install(FILES ${XRF_GENERATED_DIR}/${header}
+            DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/xrf/${folder})
+  endforeach()
 endif()
 
 if(TARGET xrf_command)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 /// Bounds on what an input may ask for. Each is far above what tools write and low enough that a
@@ -46,6 +47,24 @@ inline constexpr std::uint64_t objects = 400'000'000;
 
 /// Bits or nets that a cross-reference file may declare beyond its size in bytes.
 inline constexpr std::uint64_t declaredBase = 1U << 20;
+
+/// Bytes of a metadata document that are taken in at once, and the most where a single tag or
+/// comment is longer than that.
+inline constexpr std::size_t xmlPiece = std::size_t{1} << 16;
+inline constexpr std::size_t xmlLongestPiece = std::size_t{1} << 26;
+
+/// Entities that a metadata document may declare; tools declare none. Each may stand inside the
+/// next, and they are expanded by recursion.
+inline constexpr unsigned entityDeclarations = 64;
+
+/// How many times its size the names, values and texts of a metadata document may come to, by
+/// entities and default values, and what they may come to in any case.
+inline constexpr std::uint64_t expansion = 10;
+inline constexpr std::uint64_t expandedBytes = 1U << 16;
+
+/// Levels to which a metadata document is indented. Elements nested deeper stand no further right,
+/// so that what is written grows with the number of elements alone.
+inline constexpr std::size_t indentedLevels = 32;
 
 /// Names kept of the lines that a reader could not place.
 inline constexpr std::uint64_t reportedNames = 100;
