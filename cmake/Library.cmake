@@ -1,6 +1,6 @@
 # The objects are compiled once and used twice: by the shared library, and by the tests, which thus
 # reach what the library does not export.
-xrf_sources(XRF_LIBRARY_SOURCES support crossreference lmx60)
+xrf_sources(XRF_LIBRARY_SOURCES support crossreference lmx60 hpi)
 if(NOT XRF_LIBRARY_SOURCES)
   return()
 endif()

@@ -12,7 +12,9 @@ set(XRF_PUBLIC_HEADERS
   crossreference/TokenMap.h
   crossreference/Types.h
   crossreference/Utils.h
+  crossreference/XRFDataBaseInterface.h
   crossreference/XRF_RTL2LL.h
+  hpi/HPICommonUtils.h
   lmx60/AnyInfo.h
   lmx60/CrackedName.h
   lmx60/Drivers.h
