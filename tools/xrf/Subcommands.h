@@ -11,5 +11,7 @@ void addFind(CLI::App& app, Session& session);
 void addWhatIs(CLI::App& app, Session& session);
 void addTree(CLI::App& app, Session& session);
 void addDump(CLI::App& app, Session& session);
+void addEmu(CLI::App& app, Session& session);
+void addMeta(CLI::App& app, Session& session);
 
 }  // namespace xrf

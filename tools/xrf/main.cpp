@@ -95,6 +95,8 @@ int runCommandLine(int argc, char** argv) {
   xrf::addWhatIs(app, session);
   xrf::addTree(app, session);
   xrf::addDump(app, session);
+  xrf::addEmu(app, session);
+  xrf::addMeta(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {

@@ -1,0 +1,43 @@
+#include <lmx60/Source.h>
+#include <lmx60/XmlReader.h>
+#include <tools/xrf/InputCheck.h>
+#include <tools/xrf/MetadataDocument.h>
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace xrf {
+
+const lmx60::s_debug_error* MetadataDocument::firstError() const {
+  const auto error = std::find_if(
+      faults.begin(), faults.end(),
+      [](const lmx60::s_debug_error& fault) { return fault.severity == lmx60::ELMX_ERROR; });
+  return error == faults.end() ? nullptr : &*error;
+}
+
+MetadataDocument readMetadata(const std::string& file) {
+  requireReadable(file);
+  MetadataDocument document;
+  lmx60::c_read_file source(file.c_str());
+  lmx60::c_xml_reader reader(source);
+  reader.set_error_handler([&](const lmx60::s_debug_error& fault) {
+    document.faults.push_back(fault);
+    return lmx60::ELMX_OK;
+  });
+  const lmx60::elmx_error code = document.project.unmarshal(reader);
+  // What ends reading in any case may not have passed the handler.
+  const lmx60::s_debug_error& last = reader.debug_error();
+  const bool known = std::any_of(
+      document.faults.begin(), document.faults.end(), [&](const lmx60::s_debug_error& fault) {
+        return fault.code == last.code && fault.line == last.line && fault.column == last.column;
+      });
+  if (code != lmx60::ELMX_OK && !known) document.faults.push_back(last);
+  return document;
+}
+
+Failure failureOf(const lmx60::s_debug_error& fault, const std::string& file) {
+  return Failure(fmt::format("{} (code {})", fault.message, static_cast<int>(fault.code)), file,
+                 fault.line, fault.column);
+}
+
+}  // namespace xrf

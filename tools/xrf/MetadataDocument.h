@@ -1,0 +1,26 @@
+#pragma once
+
+#include <ocl/src/shared/schemas/HPIMovrelXmlReaderWriterLMX.h>
+#include <tools/xrf/Json.h>
+
+#include <string>
+#include <vector>
+
+namespace xrf {
+
+/// A metadata document and all that is wrong with it.
+struct MetadataDocument {
+  Movrel::Project project;
+  std::vector<lmx60::s_debug_error> faults;  ///< errors and warnings, in document order
+
+  /// The first error, or null when there are warnings at most.
+  const lmx60::s_debug_error* firstError() const;
+};
+
+/// Reads a document to its end as far as its faults allow.
+MetadataDocument readMetadata(const std::string& file);
+
+/// A fault as a failure of the command.
+Failure failureOf(const lmx60::s_debug_error& fault, const std::string& file);
+
+}  // namespace xrf
