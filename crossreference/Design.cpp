@@ -55,7 +55,10 @@ int Design::parse_rtl(std::string file) {
   Netlist& netlist = *m_state->netlist;
   netlist.parse_rtl(file);
   m_state->top = netlist.getTop(RTL);
-  if (m_state->top == nullptr) fatal("ERROR: Top module not found\n");
+  if (m_state->top == nullptr) {
+    const ReadPlace place(file, nullptr, [](const void*) { return ReadPlace::Position(); });
+    fatal("ERROR: Top module not found\n");
+  }
   m_state->loaded = true;
   return 0;
 }

@@ -43,11 +43,16 @@ std::string c_xml_reader::element_name() const {
   return std::string(m_element);
 }
 
+s_debug_error c_xml_reader::fault_here(elmx_error code, const std::string& message,
+                                       elmx_severity severity) const {
+  const s_position place = m_tokeniser->position();
+  return {code,           severity,        place.line, place.column,
+          element_name(), m_source.name(), m_binding,  message};
+}
+
 elmx_error c_xml_reader::handle_error(elmx_error code, const std::string& message,
                                       elmx_severity severity) {
-  const s_position place = m_tokeniser->position();
-  s_debug_error fault{code,           severity,        place.line, place.column,
-                      element_name(), m_source.name(), m_binding,  message};
+  s_debug_error fault = fault_here(code, message, severity);
   elmx_error answer = severity == ELMX_WARNING ? ELMX_OK : code;
   if (m_handler) answer = m_handler(fault);
   if (answer != ELMX_OK) {
@@ -60,9 +65,9 @@ elmx_error c_xml_reader::handle_error(elmx_error code, const std::string& messag
 
 // Nothing can be read behind such a fault, whatever a handler thinks of it.
 elmx_error c_xml_reader::stop_at_fault() {
-  const elmx_error error = m_tokeniser->error();
-  const elmx_error answer = handle_error(error, m_tokeniser->message());
-  return answer != ELMX_OK ? answer : error;
+  m_fault = fault_here(m_tokeniser->error(), m_tokeniser->message(), ELMX_ERROR);
+  const elmx_error answer = m_handler ? m_handler(m_fault) : m_fault.code;
+  return answer != ELMX_OK ? answer : m_fault.code;
 }
 
 elmx_error c_xml_reader::get_element_event(c_cracked_name& name) {

@@ -114,6 +114,8 @@ class XRF_API c_xml_reader {
   elmx_error skip_unknown_element();
   elmx_error skip_element();
   elmx_error stop_at_fault();
+  s_debug_error fault_here(elmx_error code, const std::string& message,
+                           elmx_severity severity) const;
   std::string element_name() const;
 
   c_read& m_source;

@@ -92,6 +92,7 @@ TEST_F(DesignDeathTest, RtlWithoutATop) {
   EXPECT_ENDS_WITH(subject.parse_rtl(file.path()), "ERROR: Top module not found\n");
   run([&] { subject.parse_rtl(file.path()); });
   expectPrinted("ERROR: Top module not found\n");
+  EXPECT_EQ(fatal->file, file.path());
 }
 
 TEST_F(DesignDeathTest, SynthesizedNetlistWithoutATopEndsSilently) {

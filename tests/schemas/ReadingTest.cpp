@@ -183,6 +183,23 @@ TEST(MovrelReading, EndsWithTheAnswerOfAHandler) {
   EXPECT_EQ(kernelOf(project).SizeArg(), 0U);
 }
 
+TEST(MovrelReading, KeepsTheFaultThatNoHandlerCanTolerate) {
+  const std::string text = "<project>\n<platform>";
+  c_read_memory source(text.data(), text.size());
+  c_xml_reader reader(source);
+  std::size_t seen = 0;
+  reader.set_error_handler([&seen](const s_debug_error&) {
+    ++seen;
+    return ELMX_OK;
+  });
+  Movrel::Project project;
+  EXPECT_EQ(project.unmarshal(reader), ELMX_NOT_WELL_FORMED);
+  EXPECT_EQ(seen, 1U);
+  EXPECT_EQ(reader.debug_error().code, ELMX_NOT_WELL_FORMED);
+  EXPECT_EQ(reader.debug_error().line, 2U);
+  EXPECT_EQ(reader.tolerated_error_count(), 0U);
+}
+
 TEST(MovrelReading, MissesTheTextsOfAFifo) {
   const std::string all =
       "<Name>n</Name><ParentInst>p</ParentInst><StaticDepth>4</StaticDepth><RuntimeDepth>5</"

@@ -51,6 +51,7 @@ refused truncated_rtl.edf build --rtl truncated_rtl.edf --synth blinker_synth.ed
 refused truncated_synth.edf build --rtl blinker_rtl.edf --synth truncated_synth.edf -o out.xrf
 refused truncated.xrf info truncated.xrf
 refused far_bit.xrf info far_bit.xrf
+refused blinker.ll build --rtl blinker.ll --synth blinker_synth.edf -o out.xrf
 refused block.ll build --matching strict --xrf good.xrf --ll block.ll -o out.xrf
 refused short_block.ll build --matching strict --xrf good.xrf --ll short_block.ll -o out.xrf
 refused no_family.xrf build --xrf no_family.xrf -o out.xrf

@@ -75,4 +75,7 @@ sed 's/Net=q.5./Net=nosuch/' beacon.ll >wrong.ll
 run 0 build "${netlists[@]}" --ll wrong.ll --log beacon.log -o out.xrf
 has out 'unmatched: nosuch'
 has out ' 1 unknown: no location and no log line tells of them'
+# Who leaves the region out is told where to look.
+run 3 whatis beacon.xrf 0x0004640c 837
+has err 'offset 837, region 0; one lives there in region 1'
 finish

@@ -23,7 +23,12 @@ run 1 meta check faulty.xml --json && golden meta/faulty.json
 for code in 35 36 37; do has out "\"code\":$code"; done
 printf '<project><platform>' >cut.xml
 run 1 meta check cut.xml
-has out 'cut.xml:'
+lines out 2
+has out 'cut.xml: 1 error, 0 warnings'
+: >empty.xml
+run 1 meta check empty.xml --json
+has out '"faults":[{"code":2,'
+hasnt out '"code":0'
 
 # What is written reads back, and writing it again changes nothing.
 run 0 meta format vadd.xml -o once.xml

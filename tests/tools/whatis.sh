@@ -42,6 +42,7 @@ done
 is '/blinker/u_player/u_fifo/mem[3][1]' 'u_player/u_fifo/mem_reg[3][1]'
 is_nothing 'no register of the RTL lives at frame 0x0040061f, offset 2595, region 1' 4195871 2595 1
 is_nothing 'no register of the RTL lives at frame 0x0040061f, offset 2596' 4195871 2596
+hasnt err 'in region'
 is_nothing "nothing is named 'u_ticker/nosuch' in the synthesized netlist" u_ticker/nosuch
 is_nothing "nothing is named '4195871' in the synthesized netlist" 4195871
 is_nothing "'u_ticker/last' of the synthesized netlist is no register" u_ticker/last

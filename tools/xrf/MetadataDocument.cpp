@@ -24,14 +24,7 @@ MetadataDocument readMetadata(const std::string& file) {
     document.faults.push_back(fault);
     return lmx60::ELMX_OK;
   });
-  const lmx60::elmx_error code = document.project.unmarshal(reader);
-  // What ends reading in any case may not have passed the handler.
-  const lmx60::s_debug_error& last = reader.debug_error();
-  const bool known = std::any_of(
-      document.faults.begin(), document.faults.end(), [&](const lmx60::s_debug_error& fault) {
-        return fault.code == last.code && fault.line == last.line && fault.column == last.column;
-      });
-  if (code != lmx60::ELMX_OK && !known) document.faults.push_back(last);
+  document.project.unmarshal(reader);
   return document;
 }
 

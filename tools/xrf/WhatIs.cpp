@@ -57,11 +57,26 @@ std::optional<Place> placeOf(const WhatIsOptions& options) {
                options.slr.empty() ? 0 : toNumber(options.slr, "super logic region", false)};
 }
 
-Answer answerAt(const Design& design, const Place& place) {
-  return {{{"frame", place.frame}, {"offset", place.offset}, {"slr", place.slr}},
-          design.registersAt(place.frame, place.offset, place.slr),
-          fmt::format("no register of the RTL lives at frame 0x{:08x}, offset {}, region {}",
-                      place.frame, place.offset, place.slr)};
+// Where else to look, for who did not know that the device has regions.
+std::string otherRegion(const Design& design, const Place& place) {
+  constexpr unsigned regions = 16;
+  for (unsigned slr = 1; slr < regions; ++slr) {
+    if (design.registersAt(place.frame, place.offset, slr).empty()) continue;
+    return fmt::format("; one lives there in region {}", slr);
+  }
+  return {};
+}
+
+Answer answerAt(const Design& design, const Place& place, bool anyRegion) {
+  Answer answer{{{"frame", place.frame}, {"offset", place.offset}, {"slr", place.slr}},
+                design.registersAt(place.frame, place.offset, place.slr),
+                {}};
+  if (!answer.registers.empty()) return answer;
+  answer.whyNone =
+      fmt::format("no register of the RTL lives at frame 0x{:08x}, offset {}, region {}",
+                  place.frame, place.offset, place.slr);
+  if (anyRegion) answer.whyNone += otherRegion(design, place);
+  return answer;
 }
 
 Answer answerOf(const Design& design, const std::string& name) {
@@ -102,7 +117,8 @@ void printText(const Design& design, const Answer& answer, bool colored) {
 Status whatIs(Session& session, const WhatIsOptions& options) {
   const std::optional<Place> place = placeOf(options);
   const auto design = loaded(options.file, session.console);
-  Answer answer = place ? answerAt(*design, *place) : answerOf(*design, options.frameOrName);
+  Answer answer = place ? answerAt(*design, *place, options.slr.empty())
+                        : answerOf(*design, options.frameOrName);
   if (session.options.json) {
     printJson(options.file, *design, answer);
   } else {
