@@ -34,8 +34,10 @@ void BitRef::setBit(Bit* bit) {
 }
 
 void BitRef::leave() {
-  getBit()->remove(this);
+  Bit* before = getBit();
+  before->remove(this);
   m_bit = new Bit;
+  if (before->m_irregular) m_bit->link();
   m_bit->append(this);
 }
 
@@ -50,10 +52,9 @@ void* Bit::operator new(std::size_t size) {
   return ModelState::current().arena.allocate(std::max(size, sizeof(Bit)));
 }
 
-Bit::Bit() {
-  ModelState& model = ModelState::current();
-  enter(model, model.nextBitId++);
-}
+Bit::Bit() : Bit(ModelState::current()) {}
+
+Bit::Bit(ModelState& model) { enter(model, model.nextBitId++); }
 
 Bit::Bit(unsigned int id) {
   ModelState& model = ModelState::current();
@@ -70,6 +71,8 @@ void Bit::enter(ModelState& model, unsigned int id) {
   m_changed = false;
   m_inferred = true;
   m_absorbed = false;
+  m_followed = false;
+  m_linked = false;
   m_irregular = false;
   m_text = nullptr;
   model.bits.add(this);
@@ -140,13 +143,26 @@ void Bit::setStateLoc(unsigned int loc1, unsigned int loc2, unsigned int loc3) {
 void Bit::append(BitRef* ref) {
   ref->m_member = true;
   ++m_ref_count;
-  if (m_ref_count == 1 && m_first.ref == nullptr && m_last == &m_first) {
-    m_first.ref = ref;
+  if (m_linked) {
+    auto* link = new (ModelState::current().arena.allocate(sizeof(Link))) Link{ref, nullptr};
+    (m_first.link == nullptr ? m_first.link : m_last.link->next) = link;
+    m_last.link = link;
     return;
   }
-  auto* link = new (ModelState::current().arena.allocate(sizeof(Link))) Link{ref, nullptr};
-  m_last->next = link;
-  m_last = link;
+  ref->m_next = nullptr;
+  (m_first.ref == nullptr ? m_first.ref : m_last.ref->m_next) = ref;
+  m_last.ref = ref;
+}
+
+// From now on a reference may be in other sets too.
+void Bit::link() {
+  if (m_linked) return;
+  const Range<BitRef> chained = getBitRefs();
+  m_first.link = nullptr;
+  m_ref_count = 0;
+  m_linked = true;
+  m_irregular = true;
+  for (BitRef* ref : chained) append(ref);
 }
 
 void Bit::addBitRef(BitRef* ref) {
@@ -157,22 +173,38 @@ void Bit::addBitRef(BitRef* ref) {
   // Only a reference that some set holds already can be in this one.
   if (ref->m_member) {
     if (getBitRefs().contains(ref)) return;
-    m_irregular = true;
+    link();
   }
   if (ref->getBit() != this) m_irregular = true;
   append(ref);
 }
 
 void Bit::remove(BitRef* ref) {
-  for (Link* link = &m_first; link != nullptr; link = link == m_last ? nullptr : link->next) {
-    if (link->ref != ref) continue;
-    link->ref = nullptr;
+  if (m_linked) {
+    for (Link* link = m_first.link; link != nullptr;
+         link = link == m_last.link ? nullptr : link->next) {
+      if (link->ref != ref) continue;
+      link->ref = nullptr;
+      --m_ref_count;
+      ref->m_member = false;
+    }
+    return;
+  }
+  BitRef* before = nullptr;
+  for (BitRef* at = m_first.ref; at != nullptr; before = at, at = at->m_next) {
+    if (at != ref) continue;
+    (before == nullptr ? m_first.ref : before->m_next) = ref->m_next;
+    if (m_last.ref == ref) m_last.ref = before;
     --m_ref_count;
     ref->m_member = false;
+    return;
   }
 }
 
-Range<BitRef> Bit::getBitRefs() const { return {{&m_first, m_last, members::Links}, m_ref_count}; }
+Range<BitRef> Bit::getBitRefs() const {
+  if (m_linked) return {{m_first.link, m_last.link, members::Links}, m_ref_count};
+  return {{m_first.ref, m_last.ref, members::Chained}, m_ref_count};
+}
 
 Bit* Bit::survivor() {
   Bit* last = this;
@@ -202,14 +234,22 @@ int Bit::combine(const Bit& other) {
 }
 
 void Bit::splice(Bit& other) {
-  m_last->next = &other.m_first;
-  m_last = other.m_last;
+  if (other.m_first.ref == nullptr) return;
+  (m_first.ref == nullptr ? m_first.ref : m_last.ref->m_next) = other.m_first.ref;
+  m_last.ref = other.m_last.ref;
   m_ref_count += other.m_ref_count;
 }
 
 void Bit::adoptEach(const Bit& other) {
   for (BitRef* ref : other.getBitRefs()) ref->setBit(this);
   m_irregular = true;
+}
+
+// Tells each reference of an absorbed bit.
+void Bit::redirect(Bit* survivor) {
+  for (BitRef* ref = m_first.ref; ref != nullptr; ref = ref == m_last.ref ? nullptr : ref->m_next) {
+    ref->m_bit = survivor;
+  }
 }
 
 int Bit::merge(Bit* other) {
@@ -223,13 +263,20 @@ int Bit::merge(Bit* other) {
   } else {
     splice(*other);
   }
-  other->m_absorbed = true;
-  other->m_value_text = TextZ;
-  other->m_survivor = this;
   m_id = std::max(m_id, other->m_id);
   m_src = m_src || other->m_src;
   m_inferred = m_inferred && other->m_inferred;
-  ModelState::current().bits.remove(other);
+  ModelState& model = ModelState::current();
+  model.bits.remove(other);
+  if (model.isPassing(*other)) {
+    other->redirect(this);
+    model.giveBack(other);
+    return 0;
+  }
+  other->m_absorbed = true;
+  other->m_value_text = TextZ;
+  other->m_survivor = this;
+  m_followed = true;
   return 0;
 }
 

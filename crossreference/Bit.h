@@ -42,6 +42,7 @@ class XRF_API BitRef {
   friend class Signal;
   friend class RegisterTies;
   friend struct ModelState;
+  friend XRF_API void* detail::advance(detail::Cursor&);
 
   /// Parts from all that share its bit.
   void leave();
@@ -49,6 +50,7 @@ class XRF_API BitRef {
   Signal* m_signal;
   // Brought up to date when a merge is noticed, which in a finished model never happens.
   mutable Bit* m_bit = nullptr;
+  BitRef* m_next = nullptr;  // in the set of its bit
   std::uint32_t m_index;
   bool m_member = false;    // in some bit's set
   bool m_register = false;  // the signal's index is a register of the design
@@ -62,7 +64,8 @@ class XRF_API BitRef {
 ///     if (bit->getKind() == Bit::STATE) show(bit->getStateLoc1(), bit->getStateLoc2());
 ///
 /// Made with `new`; belongs to the current model, which keeps its storage until it is reset, so a
-/// pointer to a bit that was absorbed never dangles.
+/// pointer to a bit that was absorbed never dangles. Only while a netlist is read, bits that the
+/// reader made and merged may be used again.
 class XRF_API Bit {
  public:
   enum BitKind : std::uint32_t {
@@ -134,15 +137,19 @@ class XRF_API Bit {
   template <class T>
   friend class Registry;
 
-  // A link in a bit's set of references. The first one is part of the bit, so that the common bit
-  // of one signal costs nothing more, and an absorbed bit goes on serving as a link of its
-  // survivor.
+  // The references are chained through themselves, since each is in one set. Where a host puts one
+  // into several sets, links of their own hold it.
   struct Link {
-    BitRef* ref = nullptr;
-    Link* next = nullptr;
+    BitRef* ref;
+    Link* next;
+  };
+  union Chain {
+    BitRef* ref;
+    Link* link;
   };
   enum ValueText : std::uint8_t { TextZ, Text0, Text1, TextOther };
 
+  explicit Bit(ModelState& model);
   void enter(ModelState& model, unsigned int id);
   Bit* survivor();
   int combine(const Bit& other);
@@ -150,9 +157,11 @@ class XRF_API Bit {
   void remove(BitRef* ref);
   void splice(Bit& other);
   void adoptEach(const Bit& other);
+  void link();
+  void redirect(Bit* survivor);
 
-  Link m_first;
-  Link* m_last = &m_first;
+  Chain m_first{nullptr};
+  Chain m_last{nullptr};
   union {
     Bit* m_survivor;            // of an absorbed bit, what absorbed it
     const std::string* m_text;  // of a live bit, its value text where that is none of the usual
@@ -170,6 +179,8 @@ class XRF_API Bit {
   bool m_changed : 1;
   bool m_inferred : 1;
   bool m_absorbed : 1;
+  bool m_followed : 1;   // absorbed bits that may still be asked lead here
+  bool m_linked : 1;     // its references are held by links
   bool m_irregular : 1;  // holds a reference that resolves elsewhere or that another bit holds too
 };
 

@@ -2,13 +2,11 @@
 #include <crossreference/ModelState.h>
 
 #include <cstring>
+#include <type_traits>
 
 namespace XRF_RTL2LL::members {
 
 namespace {
-
-// Up to here looking through the slots beats an index, and almost every cell is smaller.
-constexpr std::uint32_t unindexed = 16;
 
 int order(const Signal* a, const Signal* b) {
   return orderOfSignals(ModelState::nameOf(a), ModelState::nameOf(b));
@@ -17,31 +15,41 @@ int order(const Module* a, const Module* b) {
   return orderOfModules(ModelState::nameOf(a), ModelState::nameOf(b));
 }
 
-std::uint32_t place(std::uint32_t id, std::uint32_t capacity) {
-  return static_cast<std::uint32_t>((id * 0x9e3779b97f4a7c15U) >> 32) & (capacity - 1);
+// Entries count from 1, so that an index starts as zeros.
+void enterAt(std::uint32_t* index, std::uint32_t capacity, std::uint64_t key,
+             std::uint32_t position) {
+  std::uint32_t at = indexPlace(key, capacity);
+  while (index[at] != 0) at = (at + 1) & (capacity - 1);
+  index[at] = position + 1;
 }
 
-// Slots move when a set is sorted, so the index is made anew then; entries count from 1.
+// Signals are found by name too: a second index of the same size follows that of the numbers.
+template <class T>
+constexpr std::uint32_t indexes = std::is_same_v<T, Signal> ? 2 : 1;
+
 template <class T>
 void enter(detail::Members& set, std::uint32_t position) {
-  const std::uint32_t id = object<T>(set.slots[position])->getId();
-  std::uint32_t at = place(id, set.indexCapacity);
-  while (set.index[at] != 0) at = (at + 1) & (set.indexCapacity - 1);
-  set.index[at] = position + 1;
+  const T* entered = object<T>(set.slots[position]);
+  enterAt(set.index, set.indexCapacity, entered->getId(), position);
+  if constexpr (indexes<T> == 2) {
+    enterAt(set.index + set.indexCapacity, set.indexCapacity, nameKey(ModelState::nameOf(entered)),
+            position);
+  }
 }
 
+// Slots move when a set is sorted, so the index is made anew then.
 template <class T>
 void reindex(detail::Members& set) {
   if (set.count <= unindexed) return;
-  std::memset(set.index, 0, set.indexCapacity * sizeof(std::uint32_t));
+  std::memset(set.index, 0, indexes<T> * set.indexCapacity * sizeof(std::uint32_t));
   for (std::uint32_t position = 0; position < set.count; ++position) enter<T>(set, position);
 }
 
 template <class T>
 void growIndex(Arena& arena, detail::Members& set) {
-  arena.recycle(set.index, set.indexCapacity);
+  arena.recycle(set.index, indexes<T> * set.indexCapacity);
   set.indexCapacity = std::max(set.indexCapacity * 2, 4 * unindexed);
-  set.index = arena.allocateArray<std::uint32_t>(set.indexCapacity);
+  set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity);
   reindex<T>(set);
 }
 
@@ -97,7 +105,7 @@ T* find(const detail::Members& set, std::uint32_t id) {
     }
     return nullptr;
   }
-  for (std::uint32_t at = place(id, set.indexCapacity); set.index[at] != 0;
+  for (std::uint32_t at = indexPlace(id, set.indexCapacity); set.index[at] != 0;
        at = (at + 1) & (set.indexCapacity - 1)) {
     T* candidate = object<T>(set.slots[set.index[at] - 1]);
     if (candidate->getId() == id) return candidate;

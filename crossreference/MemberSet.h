@@ -1,9 +1,7 @@
 #pragma once
 
-#include <crossreference/Module.h>
+#include <crossreference/ModelState.h>
 #include <crossreference/NameOrder.h>
-#include <support/Arena.h>
-#include <support/Range.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -14,13 +12,16 @@
 /// their slots, since they are found by number.
 namespace XRF_RTL2LL::members {
 
+/// Up to here looking through the slots beats an index, and almost every cell is smaller.
+inline constexpr std::uint32_t unindexed = 16;
+
 /// Marks in the low bits of a slot.
 inline constexpr std::uintptr_t unlisted = 1;
 inline constexpr std::uintptr_t visible = 2;
 inline constexpr std::uintptr_t marks = unlisted | visible;
 
 /// How `detail::advance` walks.
-enum Walk : std::uint32_t { Listed = 1, Visible = 2, Links = 3, Live = 4 };
+enum Walk : std::uint32_t { Listed = 1, Visible = 2, Links = 3, Live = 4, Chained = 5 };
 
 template <class T>
 T* object(std::uintptr_t slot) {
@@ -38,6 +39,16 @@ void indexLast(Arena& arena, detail::Members& set);
 template <class T>
 T* find(const detail::Members& set, std::uint32_t id);
 
+/// The first signal of a stored name that `isWanted` takes, or null.
+template <class IsWanted>
+Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted isWanted);
+
+/// Calls `visit` with every object, listed or not.
+template <class T, class Visit>
+void each(const detail::Members& set, Visit visit) {
+  for (std::uint32_t at = 0; at < set.count; ++at) visit(object<T>(set.slots[at]));
+}
+
 /// Sorts and marks the slots after additions. With `drop`, objects that are not listed lose their
 /// slots.
 template <class T>
@@ -54,6 +65,35 @@ void updateVisible(detail::Members& set, IsHidden isHidden) {
     slot |= visible;
     ++set.visible;
   }
+}
+
+/// Where the search for a number or a stored name begins in an index.
+inline std::uint32_t indexPlace(std::uint64_t key, std::uint32_t capacity) {
+  return static_cast<std::uint32_t>((key * 0x9e3779b97f4a7c15U) >> 32) & (capacity - 1);
+}
+inline std::uint64_t nameKey(const std::string* name) {
+  return reinterpret_cast<std::uintptr_t>(name) / alignof(std::string);
+}
+
+template <class IsWanted>
+Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted isWanted) {
+  const auto matches = [&](const Signal* signal) {
+    return ModelState::nameOf(signal) == name && isWanted(*signal);
+  };
+  if (set.count <= unindexed) {
+    for (std::uint32_t at = 0; at < set.count; ++at) {
+      auto* signal = object<Signal>(set.slots[at]);
+      if (matches(signal)) return signal;
+    }
+    return nullptr;
+  }
+  const std::uint32_t* index = set.index + set.indexCapacity;
+  for (std::uint32_t at = indexPlace(nameKey(name), set.indexCapacity); index[at] != 0;
+       at = (at + 1) & (set.indexCapacity - 1)) {
+    auto* signal = object<Signal>(set.slots[index[at] - 1]);
+    if (matches(signal)) return signal;
+  }
+  return nullptr;
 }
 
 template <class T>

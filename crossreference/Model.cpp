@@ -50,6 +50,7 @@ void Registry<T>::compact() {
     m_slots[kept++] = slot;
   }
   m_slots.resize(kept);
+  if (m_slots.capacity() > 2 * kept) m_slots.shrink_to_fit();
 }
 
 template <class T>
@@ -74,6 +75,13 @@ ModelState& ModelState::current() {
   const Current& current = currentOfThread();
   if (current.state != nullptr) return *current.state;
   return *(current.model != nullptr ? *current.model : processModel()).m_state;
+}
+
+void* ModelState::takeBit() {
+  if (freeBits.empty()) return arena.allocate(sizeof(Bit));
+  void* bit = freeBits.back();
+  freeBits.pop_back();
+  return bit;
 }
 
 void ModelState::settleTree(const Module& module) {

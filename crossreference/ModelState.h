@@ -7,6 +7,7 @@
 #include <support/Range.h>
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,8 @@ class Registry {
   bool contains(const T* object) const;
   Range<T> range() const;
   std::size_t size() const { return m_live; }
+  /// The place of the next object.
+  std::size_t nextPlace() const { return m_slots.size(); }
 
   /// Calls `visit` with each object; what it adds meanwhile is not visited.
   template <class Visit>
@@ -56,8 +59,12 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   std::uint32_t nextBitId = 0;
   std::uint32_t maxBitId = 0;
   std::uint32_t nextNetId = 0;
+  std::uint16_t netlistCount = 0;
   std::uint32_t moduleDepth = 0;
   bool showHidden = true;
+  /// The place from which on bits are made by the netlist reader that runs; beyond all without one.
+  std::size_t firstPassing = std::numeric_limits<std::size_t>::max();
+  std::vector<void*> freeBits;
   /// Taken up by the paths of modules that have children.
   std::uint64_t pathBytes = 0;
   /// Netlists and token maps are never released by whoever made them.
@@ -71,6 +78,15 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
 
   /// Sorts all sets of a module and of those below it, so that look-ups change nothing.
   static void settleTree(const Module& module);
+  /// Storage for a bit.
+  void* takeBit();
+  /// Whether a bit that is absorbed can be forgotten at once: a reader made it a moment ago, and
+  /// few references have to be told.
+  bool isPassing(const Bit& bit) const {
+    return bit.m_place >= firstPassing && bit.m_ref_count <= 4 && !bit.m_followed && !bit.m_linked;
+  }
+  void giveBack(Bit* bit) { freeBits.push_back(bit); }
+
   /// Points every reference at the bit that survives, and forgets the bits that were absorbed.
   void settleBits();
   /// Numbers the bits 0, 1, 2, ... in creation order.

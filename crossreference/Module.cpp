@@ -26,6 +26,7 @@ Module::Module(const std::string* name, const std::string* defName, unsigned int
   m_d_inverted = false;
   m_rst_inverted = false;
   m_named_signals = false;
+  m_entered = 0;
 }
 
 unsigned int Module::getId() const { return m_id; }
@@ -67,6 +68,7 @@ void Module::setPathWord(const std::string* path) {
     m_named_signals = false;
   }
   m_path = path;
+  m_entered = 0;
   m_child_path = nullptr;
 }
 

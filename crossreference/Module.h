@@ -80,6 +80,8 @@ class XRF_API Module {
   friend class XrfReader;
   friend struct ModelState;
   friend struct NameKey;
+  friend class ModuleRegistry;
+  friend class SignalRegistry;
   template <class T>
   friend struct RegisteredName;
   template <class T>
@@ -111,7 +113,9 @@ class XRF_API Module {
   bool m_hidden : 1;
   bool m_d_inverted : 1;
   bool m_rst_inverted : 1;
-  bool m_named_signals : 1;  // signals were made whose full names hold this path
+  bool m_named_signals : 1;     // signals were made whose full names hold this path
+  std::uint8_t m_entered : 2;   // the views in which the module's own name finds it
+  std::uint16_t m_netlist = 0;  // the first netlist that it was entered in, counted from 1
 };
 
 /// The "less" of two modules: byte order of their names.

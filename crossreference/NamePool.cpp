@@ -33,6 +33,17 @@ const std::string* NamePool::intern(std::string_view name) {
   }
 }
 
+const std::string* NamePool::find(std::string_view name) const {
+  const std::uint32_t hash = finishHash(extendHash(emptyHash, name));
+  const std::size_t mask = m_slots.size() - 1;
+  for (std::size_t at = hash & mask; m_slots[at].number != 0; at = (at + 1) & mask) {
+    if (m_slots[at].hash != hash) continue;
+    const std::string& stored = m_names[m_slots[at].number - 1];
+    if (stored == name) return &stored;
+  }
+  return nullptr;
+}
+
 void NamePool::grow() {
   std::vector<Slot> larger(m_slots.size() * 2);
   const std::size_t mask = larger.size() - 1;

@@ -21,6 +21,8 @@ class NamePool {
   NamePool();
 
   const std::string* intern(std::string_view name);
+  /// The stored name, or null.
+  const std::string* find(std::string_view name) const;
   /// Null for null.
   const std::string* intern(const char* name) {
     return name == nullptr ? nullptr : intern(std::string_view(name));

@@ -1,3 +1,4 @@
+#include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
 #include <crossreference/NameRegistry.h>
 
@@ -68,50 +69,179 @@ NameKey RegisteredName<Module>::key() const {
 
 template <class T>
 std::size_t NameRegistry<T>::place(const NameKey& key, std::uint32_t hash) const {
-  const std::size_t mask = m_entries.size() - 1;
+  const std::size_t mask = m_slots.size() - 1;
   std::size_t at = hash & mask;
-  while (m_entries[at].object != nullptr &&
-         (m_hashes[at] != hash || NameKey::compare(m_entries[at].key(), key) != 0)) {
+  while (m_slots[at].number != 0 &&
+         (m_slots[at].hash != hash ||
+          NameKey::compare(m_entries[m_slots[at].number - 1].key(), key) != 0)) {
     at = (at + 1) & mask;
   }
   return at;
 }
 
 template <class T>
-T* NameRegistry<T>::enter(T* object) {
-  if ((m_used + 1) * 4 > m_entries.size() * 3) grow();
-  const NameKey key(*object);
-  const std::uint32_t hash = key.hash();
-  const std::size_t at = place(key, hash);
-  T* replaced = m_entries[at].object;
-  if (replaced == nullptr) ++m_used;
-  m_entries[at] = RegisteredName<T>(object);
-  m_hashes[at] = hash;
+T* NameRegistry<T>::enter(T* object, std::uint32_t hash) {
+  if ((m_entries.size() + 1) * 4 > m_slots.size() * 3) grow();
+  Slot& slot = m_slots[place(NameKey(*object), hash)];
+  if (slot.number == 0) {
+    m_entries.emplace_back(object);
+    slot = {hash, static_cast<std::uint32_t>(m_entries.size())};
+    return nullptr;
+  }
+  RegisteredName<T>& entry = m_entries[slot.number - 1];
+  T* replaced = entry.object;
+  entry = RegisteredName<T>(object);
   return replaced;
 }
 
 template <class T>
-T* NameRegistry<T>::find(const NameKey& key) const {
-  return m_entries.empty() ? nullptr : m_entries[place(key, key.hash())].object;
+const RegisteredName<T>* NameRegistry<T>::find(const NameKey& key, std::uint32_t hash) const {
+  if (m_slots.empty()) return nullptr;
+  const std::uint32_t number = m_slots[place(key, hash)].number;
+  return number == 0 ? nullptr : &m_entries[number - 1];
 }
 
 template <class T>
 void NameRegistry<T>::grow() {
-  std::vector<RegisteredName<T>> entries(std::max<std::size_t>(m_entries.size() * 2, 16));
-  std::vector<std::uint32_t> hashes(entries.size());
-  const std::size_t mask = entries.size() - 1;
-  for (std::size_t from = 0; from < m_entries.size(); ++from) {
-    if (m_entries[from].object == nullptr) continue;
-    std::size_t at = m_hashes[from] & mask;
-    while (entries[at].object != nullptr) at = (at + 1) & mask;
-    entries[at] = m_entries[from];
-    hashes[at] = m_hashes[from];
+  std::vector<Slot> slots(std::max<std::size_t>(m_slots.size() * 2, 16));
+  const std::size_t mask = slots.size() - 1;
+  for (const Slot& slot : m_slots) {
+    if (slot.number == 0) continue;
+    std::size_t at = slot.hash & mask;
+    while (slots[at].number != 0) at = (at + 1) & mask;
+    slots[at] = slot;
   }
-  m_entries.swap(entries);
-  m_hashes.swap(hashes);
+  m_slots.swap(slots);
 }
 
 template class NameRegistry<Module>;
 template class NameRegistry<Signal>;
+
+Module* ModuleRegistry::enter(Module* module) {
+  if (module->m_path != m_path) {
+    m_path = module->m_path;
+    m_path_hash = extendHash(extendHash(emptyHash, *m_path), "/");
+  }
+  const std::uint32_t hash = finishHash(extendHash(m_path_hash, view(module->m_name)));
+  Module* replaced = m_names.enter(module, hash);
+  if (module->m_netlist == 0) module->m_netlist = m_netlist;
+  if (replaced != nullptr && replaced->m_netlist == m_netlist) {
+    replaced->m_entered &= ~(1U << m_view) & 3U;
+  }
+  if (module->m_netlist == m_netlist) module->m_entered = (module->m_entered | 1U << m_view) & 3U;
+  return replaced == module ? nullptr : replaced;
+}
+
+Module* ModuleRegistry::find(const NameKey& key) const {
+  const RegisteredName<Module>* entry = m_names.find(key, key.hash());
+  return entry == nullptr ? nullptr : entry->object;
+}
+
+bool SignalRegistry::owns(const Module& module) const {
+  return module.m_netlist != 0 && module.m_netlist == m_modules.m_netlist;
+}
+
+bool SignalRegistry::isHeld(const Signal& signal) const {
+  return (signal.m_held & (1U << m_modules.m_view)) != 0;
+}
+
+// Whether a signal that its module lists is found through that module.
+bool SignalRegistry::isReachable(const Signal& signal) const {
+  return (signal.m_module->m_entered & (1U << m_modules.m_view)) != 0 && !signal.m_earlier_path &&
+         signal.m_name != nullptr;
+}
+
+bool SignalRegistry::contains(const Signal& signal) const {
+  if (owns(*signal.m_module) && isHeld(signal)) return true;
+  return !m_loose.empty() && find(NameKey(signal)) == &signal;
+}
+
+Signal* SignalRegistry::findIn(const Module& module, const std::string* path,
+                               const std::string* name) const {
+  return members::findNamed(module.m_signals, name, [&](const Signal& signal) {
+    return isHeld(signal) && module.pathOf(signal) == path;
+  });
+}
+
+Signal* SignalRegistry::findLoose(const NameKey& key, std::uint32_t hash) const {
+  const RegisteredName<Signal>* entry = m_loose.find(key, hash);
+  return entry == nullptr ? nullptr : entry->object;
+}
+
+// Looks below every module whose name begins the full name.
+Signal* SignalRegistry::findBelow(std::string_view name) const {
+  std::uint64_t state = emptyHash;
+  const std::size_t last = name.rfind('/');
+  for (std::size_t at = 0; at < name.size() && at <= last; ++at) {
+    if (name[at] == '/' && (m_slashed || at == last)) {
+      const RegisteredName<Module>* entry =
+          m_modules.m_names.find(NameKey(name.substr(0, at)), finishHash(state));
+      if (entry != nullptr && owns(*entry->object)) {
+        const std::string* word = m_model.names.find(name.substr(at + 1));
+        Signal* signal = word == nullptr ? nullptr : findIn(*entry->object, entry->path, word);
+        if (signal != nullptr) return signal;
+      }
+    }
+    state = extendHash(state, name.substr(at, 1));
+  }
+  return nullptr;
+}
+
+Signal* SignalRegistry::find(std::string_view name) const {
+  Signal* signal = findBelow(name);
+  if (signal != nullptr || m_loose.empty()) return signal;
+  const NameKey key(name);
+  return findLoose(key, key.hash());
+}
+
+Signal* SignalRegistry::find(const Module& module, std::string_view name) const {
+  if (owns(module) && (module.m_entered & (1U << m_modules.m_view)) != 0) {
+    const std::string* word = m_model.names.find(name);
+    Signal* signal = word == nullptr ? nullptr : findIn(module, module.m_path, word);
+    if (signal != nullptr) return signal;
+  }
+  if (m_loose.empty()) return nullptr;
+  const NameKey key(module, name);
+  Signal* signal = findLoose(key, key.hash());
+  // Modules may have one name once it is cleaned.
+  return signal != nullptr && signal->m_module == &module ? signal : nullptr;
+}
+
+std::uint32_t SignalRegistry::hashOf(const Signal& signal) {
+  const std::string* path = signal.m_module->pathOf(signal);
+  if (m_module != signal.m_module || m_path != path) {
+    m_module = signal.m_module;
+    m_path = path;
+    m_module_hash = extendHash(extendHash(emptyHash, *path), "/");
+    m_module_hash = extendHash(extendHash(m_module_hash, view(m_module->m_name)), "/");
+  }
+  return finishHash(extendHash(m_module_hash, view(signal.m_name)));
+}
+
+Signal* SignalRegistry::enter(Signal* signal, bool member) {
+  const bool own = owns(*signal->m_module);
+  if (own && isHeld(*signal)) return nullptr;
+  m_slashed = m_slashed || view(signal->m_name).find('/') != std::string_view::npos;
+  const bool reachable = own && member && isReachable(*signal);
+  // Where no local name holds a "/", only a signal of the same module can have the same name.
+  const bool plain = reachable && !m_slashed && m_loose.empty();
+  Signal* replaced = plain ? findIn(*signal->m_module, signal->m_module->m_path, signal->m_name)
+                           : find(NameKey(*signal));
+  if (replaced == signal) return nullptr;
+  const std::uint32_t bit = 1U << m_modules.m_view;
+  if (replaced != nullptr && owns(*replaced->m_module)) replaced->m_held &= ~bit & 3U;
+  if (own) signal->m_held = (signal->m_held | bit) & 3U;
+  if (!reachable || (replaced != nullptr && !m_loose.empty())) {
+    m_loose.enter(signal, hashOf(*signal));
+  }
+  return replaced;
+}
+
+void SignalRegistry::detach(const Module& module) {
+  if (!owns(module)) return;
+  members::each<Signal>(module.m_signals, [&](Signal* signal) {
+    if (isHeld(*signal)) m_loose.enter(signal, hashOf(*signal));
+  });
+}
 
 }  // namespace XRF_RTL2LL

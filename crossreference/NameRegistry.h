@@ -1,7 +1,6 @@
 #pragma once
 
-#include <crossreference/Module.h>
-#include <crossreference/NamePool.h>
+#include <crossreference/ModelState.h>
 
 #include <algorithm>
 #include <array>
@@ -49,32 +48,113 @@ struct RegisteredName<Module> {
   NameKey key() const;
 };
 
-/// Finds the objects of one view by their full names. An object of a name that is taken replaces
-/// the earlier one.
+/// Finds objects by the full names under which they were entered. An object of a name that is taken
+/// replaces the earlier one.
 template <class T>
 class NameRegistry {
  public:
-  /// Returns the object that was replaced, or null.
-  T* enter(T* object);
-  T* find(std::string_view name) const { return find(NameKey(name)); }
-  T* find(const NameKey& key) const;
-
+  /// Returns the object that was replaced, or null. The hash is that of the object's name.
+  T* enter(T* object, std::uint32_t hash);
+  /// What was entered under a name, or null.
+  const RegisteredName<T>* find(const NameKey& key, std::uint32_t hash) const;
+  /// In the order in which the names came.
   template <class Visit>
   void each(Visit visit) const {
-    for (const RegisteredName<T>& entry : m_entries) {
-      if (entry.object != nullptr) visit(entry.object);
-    }
+    for (const RegisteredName<T>& entry : m_entries) visit(entry.object);
   }
-  std::size_t size() const { return m_used; }
+  bool empty() const { return m_entries.empty(); }
 
  private:
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t number = 0;  // of the entry, counted from 1; 0 is a free slot
+  };
   std::size_t place(const NameKey& key, std::uint32_t hash) const;
   void grow();
 
   std::vector<RegisteredName<T>> m_entries;
-  std::vector<std::uint32_t> m_hashes;
-  std::size_t m_used = 0;
+  std::vector<Slot> m_slots;
 };
+
+/// The modules of one view of a netlist.
+class ModuleRegistry {
+ public:
+  ModuleRegistry(EdifView view, std::uint16_t netlist) : m_view(view), m_netlist(netlist) {}
+
+  /// Returns the module that was replaced, or null.
+  Module* enter(Module* module);
+  Module* find(std::string_view name) const { return find(NameKey(name)); }
+  Module* find(const NameKey& key) const;
+  /// In the order in which their names came.
+  template <class Visit>
+  void each(Visit visit) const {
+    m_names.each(visit);
+  }
+
+ private:
+  friend class SignalRegistry;
+
+  EdifView m_view;
+  std::uint16_t m_netlist;
+  NameRegistry<Module> m_names;
+  // Modules of one parent mostly come one after another, so the hash of their path is kept.
+  const std::string* m_path = nullptr;
+  std::uint64_t m_path_hash = 0;
+};
+
+/// The signals of one view of a netlist. A signal is found through its module and by its local
+/// name, and remembers whether its full name is held by it, so that the millions of them need no
+/// table. The few that can't be found in this way have one.
+class SignalRegistry {
+ public:
+  SignalRegistry(ModelState& model, const ModuleRegistry& modules)
+      : m_model(model), m_modules(modules) {}
+
+  /// Returns the signal that was replaced, or null. `member` tells that its module lists it.
+  Signal* enter(Signal* signal, bool member);
+  Signal* find(std::string_view name) const;
+  Signal* find(const NameKey& key) const { return find(key.compose()); }
+  /// The signal of a module by its local name.
+  Signal* find(const Module& module, std::string_view name) const;
+  /// Whether a signal's full name finds it.
+  bool contains(const Signal& signal) const;
+  /// Keeps the signals of a module whose name went to another one.
+  void detach(const Module& module);
+  /// In the order in which they were made.
+  template <class Visit>
+  void each(Visit visit) const;
+
+ private:
+  bool owns(const Module& module) const;
+  bool isHeld(const Signal& signal) const;
+  bool isReachable(const Signal& signal) const;
+  Signal* findIn(const Module& module, const std::string* path, const std::string* name) const;
+  Signal* findBelow(std::string_view name) const;
+  Signal* findLoose(const NameKey& key, std::uint32_t hash) const;
+  std::uint32_t hashOf(const Signal& signal);
+
+  ModelState& m_model;
+  const ModuleRegistry& m_modules;
+  NameRegistry<Signal> m_loose;
+  bool m_slashed = false;  // whether a local name contains "/"
+  // Signals of one module mostly come one after another, so the hash of their path is kept.
+  const Module* m_module = nullptr;
+  const std::string* m_path = nullptr;
+  std::uint64_t m_module_hash = 0;
+};
+
+template <class Visit>
+void SignalRegistry::each(Visit visit) const {
+  const auto held = [this](const Signal& signal) {
+    return owns(*signal.getModule()) && isHeld(signal);
+  };
+  m_model.signals.each([&](Signal* signal) {
+    if (held(*signal)) visit(signal);
+  });
+  m_loose.each([&](Signal* signal) {
+    if (!held(*signal)) visit(signal);
+  });
+}
 
 /// Sorts objects by full name, in byte order.
 template <class T>

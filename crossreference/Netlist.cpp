@@ -11,11 +11,11 @@ namespace {
 
 constexpr std::size_t views = 2;
 
-template <class T>
-T* find(const std::array<NameRegistry<T>, views>& registries, EdifView view,
-        const std::string& name) {
+template <class Registry>
+auto find(const std::array<Registry, views>& registries, EdifView view, const std::string& name)
+    -> decltype(registries[0].find(name)) {
   if (view < views) return registries[view].find(name);
-  for (const NameRegistry<T>& registry : registries) {
+  for (const Registry& registry : registries) {
     if (registry.find(name) != nullptr) throw std::out_of_range("vector::_M_range_check");
   }
   return nullptr;
@@ -60,11 +60,12 @@ void Netlist::setPart(Part part) {
 
 Part Netlist::getPart() const { return m_state->part; }
 
-void Netlist::registerModule(EdifView view, Module* module) {
-  m_state->modules.at(view).enter(module);
-}
+void Netlist::registerModule(EdifView view, Module* module) { m_state->enter(view, module); }
 
-void Netlist::registerSignal(EdifView view, Signal* signal) { m_state->enter(view, signal); }
+void Netlist::registerSignal(EdifView view, Signal* signal) {
+  const bool member = signal->getModule()->getSignal(signal->getId(), true) == signal;
+  m_state->enter(view, signal, member);
+}
 
 Signal* Netlist::addSignal(EdifView view, Module* module, const char* name, unsigned int lsb,
                            unsigned int msb, unsigned int id, char* /*extra*/) {
@@ -108,13 +109,25 @@ Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string
   } else {
     widen(*signal, lsb, msb);
   }
-  enter(view, signal);
+  enter(view, signal, true);
   return signal;
 }
 
-void NetlistState::enter(EdifView view, Signal* signal) {
-  const Signal* earlier = signals.at(view).enter(signal);
-  if (earlier == nullptr || earlier == signal) return;
+NetlistState::NetlistState(ModelState& owner)
+    : model(owner),
+      ordinal(owner.netlistCount < 0xffff ? ++owner.netlistCount : std::uint16_t{0}),
+      modules{ModuleRegistry(RTL, ordinal), ModuleRegistry(SYNTH, ordinal)},
+      signals{SignalRegistry(owner, modules[RTL]), SignalRegistry(owner, modules[SYNTH])} {}
+
+Module* NetlistState::enter(EdifView view, Module* module) {
+  Module* earlier = modules.at(view).enter(module);
+  if (earlier != nullptr) signals.at(view).detach(*earlier);
+  return earlier;
+}
+
+void NetlistState::enter(EdifView view, Signal* signal, bool member) {
+  const Signal* earlier = signals.at(view).enter(signal, member);
+  if (earlier == nullptr) return;
   ambiguous.insert(earlier);
   ambiguous.insert(signal);
 }

@@ -5,6 +5,7 @@
 #include <support/Scan.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace XRF_RTL2LL {
 
@@ -45,7 +46,10 @@ ReadPlace::Position EdifReader::position() const {
   return m_lexing ? m_tokens.lexedPosition() : m_tokens.position(m_cursor == 0 ? 0 : m_cursor - 1);
 }
 
-EdifReader::~EdifReader() { m_state.budget = nullptr; }
+EdifReader::~EdifReader() {
+  m_state.budget = nullptr;
+  m_state.model.firstPassing = std::numeric_limits<std::size_t>::max();
+}
 
 void EdifReader::read() {
   m_tokens.lex();
@@ -53,6 +57,7 @@ void EdifReader::read() {
   m_budget = ObjectBudget(
       std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size()));
   m_state.budget = &m_budget;
+  m_state.model.firstPassing = m_state.model.bits.nextPlace();
   parse_expr();
   for (const Module* module : m_namesakes) RegisterTies::disputeAll(*module);
 }
@@ -322,7 +327,7 @@ Module* EdifReader::push_module(const ExprResult& name) {
     fatalHere("The paths of the modules take up more than %llu bytes.",
               static_cast<unsigned long long>(m_path_bytes));
   }
-  const Module* namesake = m_state.modules.at(m_view).enter(module);
+  const Module* namesake = m_state.enter(m_view, module);
   if (namesake != nullptr && m_state.reading.has(Rule::CleanNames)) {
     m_namesakes.insert(m_namesakes.end(), {namesake, module});
   }

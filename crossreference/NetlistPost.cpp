@@ -109,7 +109,7 @@ void Netlist::finalPostProcess() {
     registers.markUnread();
     return;
   }
-  const NameRegistry<Signal>& synthesized = m_state->signals[SYNTH];
+  const SignalRegistry& synthesized = m_state->signals[SYNTH];
   // One RTL bit may have several names, and the first name in byte order decides what it becomes.
   std::vector<Signal*> affected;
   m_state->signals[RTL].each([&](Signal* rtl) {

@@ -36,13 +36,14 @@ class ObjectBudget {
 
 /// What a netlist knows; its readers fill it.
 struct NetlistState {
-  explicit NetlistState(ModelState& owner) : model(owner) {}
+  explicit NetlistState(ModelState& owner);
 
   ModelState& model;
   TokenMap* tokens = nullptr;
   std::array<InstanceIndex, 2> instances;
-  std::array<NameRegistry<Module>, 2> modules;
-  std::array<NameRegistry<Signal>, 2> signals;
+  const std::uint16_t ordinal;  // among the netlists of its model, from 1; 0 beyond the last
+  std::array<ModuleRegistry, 2> modules;
+  std::array<SignalRegistry, 2> signals;
   std::array<Module*, 2> top{};
   Family family = FAMILY_NONE;
   Part part = PART_NONE;
@@ -58,17 +59,17 @@ struct NetlistState {
   Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
                     unsigned int msb, unsigned int id);
   void widen(Signal& signal, unsigned int lsb, unsigned int msb);
-  /// Enters a signal under its full name.
-  void enter(EdifView view, Signal* signal);
+  /// Enters a module under its full name; returns the one that had it, or null.
+  Module* enter(EdifView view, Module* module);
+  /// Enters a signal under its full name. `member` tells that its module lists it.
+  void enter(EdifView view, Signal* signal, bool member);
   bool isAmbiguous(const Signal& signal) const {
     return !ambiguous.empty() && ambiguous.count(&signal) != 0;
   }
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
   /// The signal of a module by its local name, or null.
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {
-    Signal* signal = signals.at(view).find(NameKey(module, name));
-    // Modules may have one name once it is cleaned.
-    return signal != nullptr && signal->getModule() == &module ? signal : nullptr;
+    return signals.at(view).find(module, name);
   }
   /// A number for a signal of a name: the code of the name, unless something else of the module has
   /// it.

@@ -15,6 +15,11 @@ bool contains(const Range<T>& range, const T* object) {
 namespace detail {
 
 void* advance(Cursor& cursor) {
+  if (cursor.walk == members::Chained) {
+    const auto* ref = static_cast<const BitRef*>(cursor.position);
+    if (ref != nullptr) cursor.position = ref == cursor.end ? nullptr : ref->m_next;
+    return const_cast<BitRef*>(ref);
+  }
   if (cursor.walk == members::Links) {
     while (cursor.position != nullptr) {
       const auto* link = static_cast<const Bit::Link*>(cursor.position);

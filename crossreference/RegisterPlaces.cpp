@@ -6,7 +6,7 @@
 namespace XRF_RTL2LL {
 
 bool isOfView(const NetlistState& state, EdifView view, const Signal& signal) {
-  return state.signals.at(view).find(NameKey(signal)) == &signal;
+  return state.signals.at(view).contains(signal);
 }
 
 std::vector<BitRef*> registerPlaces(const NetlistState& state, EdifView view, const Bit& bit) {

@@ -49,6 +49,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
   m_port = false;
   m_inferred_left = true;
   m_earlier_path = false;
+  m_held = 0;
   enter(model, noBits);
 }
 
@@ -65,7 +66,8 @@ void Signal::enter(ModelState& model, bool noBits) {
 
 void Signal::addBit(ModelState& model, unsigned int index) {
   auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(this, index);
-  ref->setBit(new (model.arena.allocate(sizeof(Bit))) Bit());
+  ref->m_bit = new (model.takeBit()) Bit(model);
+  ref->m_bit->append(ref);
   entries()[index - m_first] = ref;
 }
 

@@ -105,6 +105,7 @@ class XRF_API Signal {
   template <class T>
   friend class Registry;
   friend struct NameKey;
+  friend class SignalRegistry;
 
   Signal(ModelState& model, Module* module, const std::string* name, unsigned int id,
          unsigned int lsb, unsigned int msb, bool noBits);
@@ -138,6 +139,7 @@ class XRF_API Signal {
   bool m_port : 1;
   bool m_inferred_left : 1;  // bits may be marked inferred that its netlist should have cleared
   bool m_earlier_path : 1;   // its module got another path after the signal was made
+  std::uint8_t m_held : 2;   // the views in which the signal's full name finds it
 };
 
 /// Signals that are electrically one, with the enabled mark they share.
