@@ -1,5 +1,6 @@
 #pragma once
 
+#include <crossreference/CellTemplate.h>
 #include <crossreference/EdifLexer.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
@@ -45,8 +46,12 @@ class EdifReader {
   };
 
   struct CellRecord {
-    std::size_t position;  // of the "(" that opens the cell
-    bool open = false;     // an instance of it is being read
+    explicit CellRecord(std::size_t at) : position(at) {}
+    std::size_t position;               // of the "(" that opens the cell
+    bool open = false;                  // an instance of it is being read
+    bool known = false;                 // an instance of it was read
+    std::optional<CellTemplate> ports;  // of a cell of nothing but ports
+    InstanceGroup* instances = nullptr;
   };
 
   // An alias of an instance's output, which waits for the end of the module around it.
@@ -66,6 +71,7 @@ class EdifReader {
 
   ExprResult parse_expr();
   ExprResult parse_form(std::uint32_t keyword);
+  ExprResult parse_structure(std::uint32_t keyword);
   void parse_body();
   ExprResult skip_expr();
   void skip_body();
@@ -95,6 +101,8 @@ class EdifReader {
   void record_cell(std::uint32_t cell, std::size_t position);
   void elaborate_cell(std::uint32_t cell);
   void elaborate_body(CellRecord& record);
+  bool copy_ports(const CellRecord& record);
+  void spend(std::uint64_t words);
   Module* push_module(const ExprResult& name);
   void tie_instance(Module& instance, const ExprResult& name);
   void tie_register(Module& instance, const ExprResult& name);
@@ -132,15 +140,18 @@ class EdifReader {
   EdifTokens m_tokens;
   ReadPlace m_place;
   std::unordered_map<std::uint32_t, CellRecord> m_cells;
-  std::unordered_map<const Signal*, PortRange> m_ranges;  // of port arrays, as declared
+  PortRanges m_ranges;
   bool m_any_bracketed = false;  // whether a register's own name ends in a bracket
   bool m_any_foreign = false;    // whether a port array's range is none that the model can have
+  InstanceGroup* m_unknown_cell = nullptr;
   std::vector<const Module*> m_namesakes;  // modules of one name
   std::vector<Deferred> m_deferred;
   RegisterTies m_ties;
   std::vector<Module*> m_modules;  // being read, the current one last
   std::size_t m_cursor = 0;
   unsigned m_depth = 0;
+  unsigned m_deepest = 0;     // since the body of a cell was begun
+  bool m_only_ports = false;  // whether that body held nothing else
   ObjectBudget m_budget{0};
   std::uint64_t m_path_bytes = 0;
   std::uint64_t m_taken = 0;

@@ -1,8 +1,11 @@
 #include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
 
+#include <array>
+#include <bit>
 #include <cstring>
 #include <type_traits>
+#include <vector>
 
 namespace XRF_RTL2LL::members {
 
@@ -53,32 +56,88 @@ void growIndex(Arena& arena, detail::Members& set) {
   reindex<T>(set);
 }
 
+// A slot with the beginning of what its name is ordered by, so that names are rarely looked at.
+struct Keyed {
+  OrderKey key;
+  std::uintptr_t slot;
+};
+
 template <class T>
-void sort(detail::Members& set) {
-  const auto less = [](std::uintptr_t a, std::uintptr_t b) {
-    return order(object<T>(a), object<T>(b)) < 0;
-  };
-  constexpr std::uint32_t few = 12;
-  if (set.count > few) {
-    std::stable_sort(set.slots, set.slots + set.count, less);
+Keyed keyed(std::uintptr_t slot) {
+  const std::string* name = ModelState::nameOf(object<T>(slot));
+  if constexpr (std::is_same_v<T, Signal>) {
+    return {orderKeyOfSignal(name), slot};
+  } else {
+    return {orderKeyOfModule(name), slot};
+  }
+}
+
+template <class T>
+int order(const Keyed& a, const Keyed& b) {
+  if (a.key != b.key) return a.key < b.key ? -1 : 1;
+  return order(object<T>(a.slot), object<T>(b.slot));
+}
+
+template <class T>
+void sort(Keyed* first, Keyed* last) {
+  const auto less = [](const Keyed& a, const Keyed& b) { return order<T>(a, b) < 0; };
+  constexpr std::ptrdiff_t few = 12;
+  if (last - first > few) {
+    std::stable_sort(first, last, less);
     return;
   }
-  for (std::uint32_t at = 1; at < set.count; ++at) {
-    const std::uintptr_t slot = set.slots[at];
-    std::uint32_t to = at;
-    for (; to > 0 && less(slot, set.slots[to - 1]); --to) set.slots[to] = set.slots[to - 1];
-    set.slots[to] = slot;
+  for (Keyed* at = first; at != last; ++at) {
+    const Keyed moved = *at;
+    Keyed* to = at;
+    for (; to != first && less(moved, to[-1]); --to) *to = to[-1];
+    *to = moved;
   }
+}
+
+// Puts the slots in order and marks those that are listed.
+template <class T>
+void arrange(detail::Members& set, Keyed* scratch, bool drop) {
+  for (std::uint32_t at = 0; at < set.count; ++at) scratch[at] = keyed<T>(set.slots[at]);
+  sort<T>(scratch, scratch + set.count);
+  std::uint32_t kept = 0;
+  const Keyed* last = nullptr;
+  set.listed = 0;
+  for (Keyed* at = scratch; at != scratch + set.count; ++at) {
+    const bool first = last == nullptr || order<T>(*last, *at) != 0;
+    if (first) {
+      last = at;
+      ++set.listed;
+    }
+    if (!first && drop) continue;
+    set.slots[kept++] = first ? at->slot & ~unlisted : at->slot | unlisted;
+  }
+  set.count = kept;
 }
 
 }  // namespace
 
+void reserve(Arena& arena, detail::Members& set, std::uint32_t count) {
+  set.slots = std::has_single_bit(count)
+                  ? arena.allocateArray<std::uintptr_t>(count)
+                  : static_cast<std::uintptr_t*>(arena.allocate(count * sizeof(std::uintptr_t)));
+  set.capacity = count;
+}
+
+template <class T>
+void indexAll(Arena& arena, detail::Members& set) {
+  if (set.count <= unindexed) return;
+  set.indexCapacity = std::bit_ceil(set.count * 2);
+  set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity);
+  reindex<T>(set);
+}
+
 void append(Arena& arena, detail::Members& set, void* object) {
   if (set.count == set.capacity) {
-    const std::uint32_t capacity = std::max(set.capacity * 2, 2U);
+    const std::uint32_t capacity = std::bit_ceil(std::max(set.capacity + 1, 2U));
     auto* slots = arena.allocateArray<std::uintptr_t>(capacity);
     std::copy_n(set.slots, set.count, slots);
-    arena.recycle(set.slots, set.capacity);
+    // Only arrays that grew have a size that the arena hands out again.
+    if (std::has_single_bit(set.capacity)) arena.recycle(set.slots, set.capacity);
     set.slots = slots;
     set.capacity = capacity;
   }
@@ -116,25 +175,19 @@ T* find(const detail::Members& set, std::uint32_t id) {
 template <class T>
 void settle(detail::Members& set, bool drop) {
   if (set.settled) return;
-  sort<T>(set);
-  std::uint32_t kept = 0;
-  const T* last = nullptr;
-  set.listed = 0;
-  for (std::uint32_t at = 0; at < set.count; ++at) {
-    std::uintptr_t slot = set.slots[at];
-    const bool first = last == nullptr || order(last, object<T>(slot)) != 0;
-    slot = first ? slot & ~unlisted : slot | unlisted;
-    if (first) {
-      last = object<T>(slot);
-      ++set.listed;
-    }
-    if (first || !drop) set.slots[kept++] = slot;
-  }
-  set.count = kept;
   set.settled = true;
+  constexpr std::uint32_t few = 16;
+  if (set.count <= few) {
+    std::array<Keyed, few> scratch;
+    arrange<T>(set, scratch.data(), drop);
+    return;
+  }
+  std::vector<Keyed> scratch(set.count);
+  arrange<T>(set, scratch.data(), drop);
   if (!drop) reindex<T>(set);
 }
 
+template void indexAll<Signal>(Arena&, detail::Members&);
 template void indexLast<Signal>(Arena&, detail::Members&);
 template void indexLast<Module>(Arena&, detail::Members&);
 template Signal* find<Signal>(const detail::Members&, std::uint32_t);

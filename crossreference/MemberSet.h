@@ -28,6 +28,13 @@ T* object(std::uintptr_t slot) {
   return reinterpret_cast<T*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
 }
 
+/// Makes room for exactly so many objects in a new set.
+void reserve(Arena& arena, detail::Members& set, std::uint32_t count);
+
+/// Enters all slots in the index of numbers, if the set is large enough for one.
+template <class T>
+void indexAll(Arena& arena, detail::Members& set);
+
 /// Appends an object without looking for an equal one.
 void append(Arena& arena, detail::Members& set, void* object);
 

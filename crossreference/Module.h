@@ -77,6 +77,7 @@ class XRF_API Module {
   friend class Signal;
   friend class Netlist;
   friend class EdifReader;
+  friend class CellTemplate;
   friend class XrfReader;
   friend struct ModelState;
   friend struct NameKey;

@@ -2,6 +2,9 @@
 #include <crossreference/Signal.h>
 #include <support/Scan.h>
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -65,6 +68,24 @@ int orderOfSignals(const std::string* a, const std::string* b) {
   }
   const int order = compareStands(splitA, textA, splitB, textB);
   return order != 0 ? order : static_cast<int>(splitA.valid) - static_cast<int>(splitB.valid);
+}
+
+OrderKey orderKeyOfModule(const std::string* name) {
+  std::array<std::uint64_t, 2> bytes{};
+  if (name != nullptr)
+    std::memcpy(bytes.data(), name->data(), std::min(name->size(), sizeof bytes));
+  if constexpr (std::endian::native == std::endian::little) {
+    for (std::uint64_t& word : bytes) word = __builtin_bswap64(word);
+  }
+  return {bytes[0], bytes[1]};
+}
+
+OrderKey orderKeyOfSignal(const std::string* name) {
+  if (name == nullptr) return {};
+  const IndexedName split = IndexedName::split(*name);
+  if (!split.valid) return orderKeyOfModule(name);
+  const std::string stand = std::string(split.base) + "<";
+  return orderKeyOfModule(&stand);
 }
 
 int orderOfModules(const std::string* a, const std::string* b) {

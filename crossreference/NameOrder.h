@@ -1,5 +1,7 @@
 #pragma once
 
+#include <compare>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +20,16 @@ struct IndexedName {
 /// Total orders for the sets of a model, negative, zero or positive. For signals it is the order of
 /// `sigcmp` wherever that is an order at all; all names base<n> of one base stand together, ahead
 /// of the other names that begin with "base<". Null names count as empty.
+/// The first bytes of the text that a name is ordered by: unequal keys stand in the order of their
+/// names, equal ones leave it open.
+struct OrderKey {
+  std::uint64_t first = 0;
+  std::uint64_t second = 0;
+  auto operator<=>(const OrderKey&) const = default;
+};
+OrderKey orderKeyOfSignal(const std::string* name);
+OrderKey orderKeyOfModule(const std::string* name);
+
 int orderOfSignals(const std::string* a, const std::string* b);
 int orderOfModules(const std::string* a, const std::string* b);
 

@@ -24,6 +24,13 @@ NameKey::NameKey(const Signal& signal) {
   pieces = {view(module.pathOf(signal)), "/", view(module.m_name), "/", view(signal.m_name)};
 }
 
+NameKey NameKey::parent() const {
+  NameKey key = *this;
+  key.pieces[3] = {};
+  key.pieces[4] = {};
+  return key;
+}
+
 std::uint32_t NameKey::hash() const {
   std::uint64_t state = emptyHash;
   for (const std::string_view piece : pieces) state = extendHash(state, piece);
@@ -141,14 +148,16 @@ bool SignalRegistry::owns(const Module& module) const {
   return module.m_netlist != 0 && module.m_netlist == m_modules.m_netlist;
 }
 
-bool SignalRegistry::isHeld(const Signal& signal) const {
-  return (signal.m_held & (1U << m_modules.m_view)) != 0;
-}
+bool SignalRegistry::isHeld(const Signal& signal) const { return (signal.m_held & viewBit()) != 0; }
 
 // Whether a signal that its module lists is found through that module.
 bool SignalRegistry::isReachable(const Signal& signal) const {
-  return (signal.m_module->m_entered & (1U << m_modules.m_view)) != 0 && !signal.m_earlier_path &&
+  return (signal.m_module->m_entered & viewBit()) != 0 && !signal.m_earlier_path &&
          signal.m_name != nullptr;
+}
+
+bool SignalRegistry::isPlain(const Module& module) const {
+  return owns(module) && (module.m_entered & viewBit()) != 0 && !m_slashed && m_loose.empty();
 }
 
 bool SignalRegistry::contains(const Signal& signal) const {
@@ -194,8 +203,20 @@ Signal* SignalRegistry::find(std::string_view name) const {
   return findLoose(key, key.hash());
 }
 
+Signal* SignalRegistry::find(const NameKey& key) const {
+  const std::string_view local = key.pieces.back();
+  const bool plain = !m_slashed && m_loose.empty() && !key.pieces[3].empty() &&
+                     local.find('/') == std::string_view::npos;
+  if (!plain) return find(std::string_view(key.compose()));
+  const NameKey holder = key.parent();
+  const RegisteredName<Module>* entry = m_modules.m_names.find(holder, holder.hash());
+  const std::string* word = entry == nullptr ? nullptr : m_model.names.find(local);
+  if (word == nullptr || !owns(*entry->object)) return nullptr;
+  return findIn(*entry->object, entry->path, word);
+}
+
 Signal* SignalRegistry::find(const Module& module, std::string_view name) const {
-  if (owns(module) && (module.m_entered & (1U << m_modules.m_view)) != 0) {
+  if (owns(module) && (module.m_entered & viewBit()) != 0) {
     const std::string* word = m_model.names.find(name);
     Signal* signal = word == nullptr ? nullptr : findIn(module, module.m_path, word);
     if (signal != nullptr) return signal;
@@ -228,9 +249,8 @@ Signal* SignalRegistry::enter(Signal* signal, bool member) {
   Signal* replaced = plain ? findIn(*signal->m_module, signal->m_module->m_path, signal->m_name)
                            : find(NameKey(*signal));
   if (replaced == signal) return nullptr;
-  const std::uint32_t bit = 1U << m_modules.m_view;
-  if (replaced != nullptr && owns(*replaced->m_module)) replaced->m_held &= ~bit & 3U;
-  if (own) signal->m_held = (signal->m_held | bit) & 3U;
+  if (replaced != nullptr && owns(*replaced->m_module)) drop(*replaced);
+  if (own) hold(*signal);
   if (!reachable || (replaced != nullptr && !m_loose.empty())) {
     m_loose.enter(signal, hashOf(*signal));
   }

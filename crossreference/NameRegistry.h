@@ -21,6 +21,8 @@ struct NameKey {
   /// A signal of a module by its local name.
   NameKey(const Module& module, std::string_view signal);
 
+  /// Of a signal's key that of its module.
+  NameKey parent() const;
   std::uint32_t hash() const;
   /// Byte order of the composed names: negative, zero or positive.
   static int compare(const NameKey& a, const NameKey& b);
@@ -112,8 +114,13 @@ class SignalRegistry {
 
   /// Returns the signal that was replaced, or null. `member` tells that its module lists it.
   Signal* enter(Signal* signal, bool member);
+  /// Whether a new signal of a module, of a name that is new to the module and without "/", is
+  /// found through the module alone.
+  bool isPlain(const Module& module) const;
+  /// Enters such a signal.
+  void hold(Signal& signal) const { signal.m_held = (signal.m_held | viewBit()) & 3U; }
   Signal* find(std::string_view name) const;
-  Signal* find(const NameKey& key) const { return find(key.compose()); }
+  Signal* find(const NameKey& key) const;
   /// The signal of a module by its local name.
   Signal* find(const Module& module, std::string_view name) const;
   /// Whether a signal's full name finds it.
@@ -126,6 +133,8 @@ class SignalRegistry {
 
  private:
   bool owns(const Module& module) const;
+  void drop(Signal& signal) const { signal.m_held = signal.m_held & ~viewBit() & 3U; }
+  std::uint32_t viewBit() const { return 1U << m_modules.m_view; }
   bool isHeld(const Signal& signal) const;
   bool isReachable(const Signal& signal) const;
   Signal* findIn(const Module& module, const std::string* path, const std::string* name) const;

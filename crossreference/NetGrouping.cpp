@@ -79,46 +79,29 @@ int NetGrouping::compare(const Signal& a, const Signal& b) {
   }
 }
 
-void NetGrouping::chain(Signal* signal, const Bit* bit) {
-  Signal*& last = m_last[bit->m_place];
-  if (last == nullptr) {
-    m_groups.push_back({textKey(0, false), textKey(bit->getId(), false), signal, true});
-  } else {
-    m_next[last->m_place] = signal;
-  }
-  last = signal;
+// The bit of a signal that is just one, at index 0; else null.
+const Bit* NetGrouping::onlyBit(const Signal& signal) {
+  const bool oneBit = signal.m_msb == 0 && signal.m_lsb == 0 && signal.m_count == 1;
+  const BitRef* ref = oneBit ? signal.entry(0) : nullptr;
+  return ref == nullptr ? nullptr : ref->getBit();
 }
 
 void NetGrouping::collect() {
-  m_last.resize(m_model.bits.size());
-  m_next.resize(m_model.signals.size());
+  m_spans.resize(m_model.bits.size());
+  const std::uint64_t zero = textKey(0, false);
   m_model.signals.each([&](Signal* signal) {
-    const BitRef* first = signal->entry(0);
-    const Bit* bit = first == nullptr ? nullptr : first->getBit();
-    const bool oneBit = signal->m_msb == 0 && signal->m_lsb == 0 && signal->m_count == 1;
-    if (oneBit && bit != nullptr) {
-      chain(signal, bit);
+    if (const Bit* bit = onlyBit(*signal)) {
+      if (m_spans[bit->m_place].count++ > 0) return;
+      m_groups.push_back({zero, textKey(bit->m_id, false), signal, bit->m_place, true});
       return;
     }
     SignatureWalk walk(signal->m_msb, signal->m_lsb, signal->entries(), signal->m_count);
     const std::uint64_t msb = walk.next();
-    m_groups.push_back({msb, walk.next(), signal, false});
+    m_groups.push_back({msb, walk.next(), signal, 0, false});
   });
 }
 
-void NetGrouping::makeNet(std::size_t from, std::size_t to) {
-  Net* net = new Net;
-  for (std::size_t at = from; at < to; ++at) {
-    for (Signal* signal = m_groups[at].first; signal != nullptr;
-         signal = m_groups[at].oneBit ? m_next[signal->m_place] : nullptr) {
-      signal->setNet(net);
-    }
-  }
-  members::settle<Signal>(net->m_signals, true);
-}
-
-void NetGrouping::run() {
-  collect();
+void NetGrouping::sortGroups() {
   std::sort(m_groups.begin(), m_groups.end(), [](const Group& a, const Group& b) {
     if (a.msb != b.msb) return a.msb < b.msb;
     if (a.firstId != b.firstId) return a.firstId < b.firstId;
@@ -126,6 +109,50 @@ void NetGrouping::run() {
     const int order = compare(*a.first, *b.first);
     return order != 0 ? order < 0 : a.first->m_place < b.first->m_place;
   });
+}
+
+// Lays the signals of each net side by side, so that nets are made without a search.
+void NetGrouping::sortOneBitSignals() {
+  std::uint32_t total = 0;
+  for (const Group& group : m_groups) {
+    if (!group.oneBit) continue;
+    m_spans[group.bit].end = total;
+    total += m_spans[group.bit].count;
+  }
+  m_one_bit_signals.resize(total);
+  m_model.signals.each([&](Signal* signal) {
+    if (const Bit* bit = onlyBit(*signal)) m_one_bit_signals[m_spans[bit->m_place].end++] = signal;
+  });
+}
+
+void NetGrouping::makeNet(std::size_t from, std::size_t to) {
+  Net* net = new Net;
+  std::uint32_t count = 0;
+  for (std::size_t at = from; at < to; ++at) {
+    count += m_groups[at].oneBit ? m_spans[m_groups[at].bit].count : 1;
+  }
+  members::reserve(m_model.arena, net->m_signals, count);
+  for (std::size_t at = from; at < to; ++at) {
+    const Group& group = m_groups[at];
+    const Span span = group.oneBit ? m_spans[group.bit] : Span{0, 0};
+    if (!group.oneBit) group.first->setNet(net);
+    for (std::uint32_t member = span.end - span.count; member < span.end; ++member) {
+      m_one_bit_signals[member]->setNet(net);
+    }
+    // The signals of the nets to come are all over memory.
+    constexpr std::uint32_t ahead = 8;
+    const std::size_t next = std::min<std::size_t>(span.end + ahead, m_one_bit_signals.size());
+    for (std::size_t member = span.end; group.oneBit && member < next; ++member) {
+      __builtin_prefetch(m_one_bit_signals[member]);
+    }
+  }
+  members::settle<Signal>(net->m_signals, true);
+}
+
+void NetGrouping::run() {
+  collect();
+  sortGroups();
+  sortOneBitSignals();
   for (std::size_t from = 0; from < m_groups.size();) {
     std::size_t to = from + 1;
     while (to < m_groups.size() && m_groups[to].msb == m_groups[from].msb &&

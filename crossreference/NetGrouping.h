@@ -17,24 +17,30 @@ class NetGrouping {
   static int compare(const Signal& a, const Signal& b);
 
  private:
-  // Signals of one signature, or one signal whose equals stand beside it once sorted.
+  // All signals that are just one bit, or one signal whose equals stand beside it once sorted.
   struct Group {
     std::uint64_t msb;
     std::uint64_t firstId;
     Signal* first;
-    bool oneBit;  // the other members are chained
+    std::uint32_t bit;  // the place of the one bit
+    bool oneBit;
+  };
+  // Where the signals of a bit stand among all one-bit signals.
+  struct Span {
+    std::uint32_t end;
+    std::uint32_t count;
   };
 
+  static const Bit* onlyBit(const Signal& signal);
   void collect();
-  void chain(Signal* signal, const Bit* bit);
+  void sortGroups();
+  void sortOneBitSignals();
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;
   std::vector<Group> m_groups;
-  // Per bit, by its place: the last signal that is just this bit. Per signal: the next of its
-  // group.
-  std::vector<Signal*> m_last;
-  std::vector<Signal*> m_next;
+  std::vector<Span> m_spans;               // by the places of the bits
+  std::vector<Signal*> m_one_bit_signals;  // net by net
 };
 
 }  // namespace XRF_RTL2LL

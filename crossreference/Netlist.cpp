@@ -104,8 +104,7 @@ Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string
       bit->setValue(kind == PWR);
       bit->setValueStr("z");
     }
-    clearInferred(*signal, lsb, msb);
-    signal->m_inferred_left = false;
+    signal->clearInferred();
   } else {
     widen(*signal, lsb, msb);
   }

@@ -63,16 +63,21 @@ void EdifReader::read() {
 }
 
 std::uint32_t EdifReader::take() {
-  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 20;
   if (m_cursor >= m_tokens.size()) {
     m_cursor = m_tokens.size() + 1;
     fatalHere("The netlist ends before it is complete.");
   }
-  if (++m_taken % reportDistance == 0) {
-    progress("Building the design", m_budget.made(), 0);
-    check_work();
-  }
+  spend(1);
   return m_tokens[m_cursor++];
+}
+
+void EdifReader::spend(std::uint64_t words) {
+  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 20;
+  const std::uint64_t left = reportDistance - m_taken % reportDistance;
+  m_taken += words;
+  if (words < left) return;
+  progress("Building the design", m_budget.made(), 0);
+  check_work();
 }
 
 std::uint32_t EdifReader::require_label(const ExprResult& expr, const char* form) const {
@@ -97,7 +102,11 @@ void EdifReader::check_work() const {
 
 Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
                                std::uint32_t id) {
-  return m_state.addSignal(m_view, &front(), name, lsb, msb, id);
+  const std::uint32_t before = front().m_signals.count;
+  Signal* signal = m_state.addSignal(m_view, &front(), name, lsb, msb, id);
+  // A port that is declared twice has its bits made in turn with those of others.
+  if (front().m_signals.count == before) m_only_ports = false;
+  return signal;
 }
 
 const std::string* EdifReader::printable(std::uint32_t code) const {
@@ -118,6 +127,7 @@ EdifReader::ExprResult EdifReader::parse_expr() {
   if (++m_depth > limits::elaborationNesting) {
     fatalHere("Lists and instances are nested more than %u deep.", limits::elaborationNesting);
   }
+  m_deepest = std::max(m_deepest, m_depth);
   ExprResult result = parse_form(keyword);
   --m_depth;
   return result;
@@ -127,14 +137,33 @@ EdifReader::ExprResult EdifReader::parse_form(std::uint32_t keyword) {
   switch (keyword) {
     case token::Array:
       return parse_array();
+    case token::Direction:
+      return parse_direction();
+    case token::Port:
+      return parse_port();
+    case token::Property:
+      return parse_property();
+    case token::Rename:
+      return parse_rename();
+    case token::String:
+      return parse_string();
+    default:
+      break;
+  }
+  return parse_structure(keyword);
+}
+
+// Forms that make of a cell more than a set of ports.
+EdifReader::ExprResult EdifReader::parse_structure(std::uint32_t keyword) {
+  const bool only_ports = m_only_ports;
+  m_only_ports = false;
+  switch (keyword) {
     case token::Cell:
       return parse_cell();
     case token::CellRef:
       return parse_cellref();
     case token::DesignForm:
       return parse_design();
-    case token::Direction:
-      return parse_direction();
     case token::Instance:
       return parse_instance();
     case token::InstanceRef:
@@ -149,22 +178,15 @@ EdifReader::ExprResult EdifReader::parse_form(std::uint32_t keyword) {
       return parse_member();
     case token::NetForm:
       return parse_net();
-    case token::Port:
-      return parse_port();
     case token::PortRef:
       return parse_portref();
     case token::Program:
       return parse_program();
-    case token::Property:
-      return parse_property();
-    case token::Rename:
-      return parse_rename();
-    case token::String:
-      return parse_string();
     default:
       break;
   }
   // Any other form only wraps others, which act as they stand.
+  m_only_ports = only_ports;
   if (keyword == token::Open) backup(1);
   parse_body();
   return {};
@@ -228,7 +250,7 @@ EdifReader::ExprResult EdifReader::parse_array() {
   result.signal =
       add_signal(m_state.model.names.intern(std::string_view(range.signal)),
                  std::min(range.left, range.right), std::max(range.left, range.right), name.first);
-  m_ranges[result.signal] = range;
+  m_ranges[result.signal] = {range.left, range.right, range.foreign};
   m_any_foreign = m_any_foreign || range.foreign;
   return result;
 }
@@ -250,7 +272,7 @@ EdifReader::ExprResult EdifReader::parse_cell() {
 }
 
 void EdifReader::record_cell(std::uint32_t cell, std::size_t position) {
-  m_cells.try_emplace(cell, CellRecord{position});
+  m_cells.try_emplace(cell, CellRecord(position));
 }
 
 EdifReader::ExprResult EdifReader::parse_cellref() {
@@ -267,23 +289,47 @@ void EdifReader::elaborate_cell(std::uint32_t cell) {
   const opKind kind = m_state.kindOf(cell, lutMode(m_view));
   if (kind != HIER) module.setHidden();
   module.setKind(kind);
-  InstanceGroup& group = m_state.instances[m_view][*module.m_def_name];
-  group.definition = *module.m_def_name;
-  group.modules.push_back(&module);
   const auto found = m_cells.find(cell);
+  InstanceGroup*& instances = found == m_cells.end() ? m_unknown_cell : found->second.instances;
+  if (instances == nullptr) {
+    instances = &m_state.instances[m_view][*module.m_def_name];
+    instances->definition = *module.m_def_name;
+  }
+  instances->modules.push_back(&module);
   if (found == m_cells.end()) {
     fatal("ERROR: Cell not found '%s'\n", module.getDefName());
   }
   if (found->second.open) fatalHere("The cell %s contains itself.", module.getDefName());
-  elaborate_body(found->second);
+  if (!copy_ports(found->second)) elaborate_body(found->second);
+}
+
+bool EdifReader::copy_ports(const CellRecord& record) {
+  if (!record.ports || !record.ports->fits(m_state, m_view, front())) return false;
+  const CellTemplate::Cost& cost = record.ports->cost();
+  if (m_depth + cost.nesting > limits::elaborationNesting) return false;
+  spend(cost.words);
+  record.ports->copyTo(m_state, m_view, front(), m_ranges);
+  return true;
 }
 
 void EdifReader::elaborate_body(CellRecord& record) {
   const std::size_t resume = m_cursor;
+  const std::uint64_t taken = m_taken;
+  const unsigned deepest = m_deepest;
+  const bool fresh = front().m_signals.count == 0;
   record.open = true;
   m_cursor = record.position + 2;
+  m_deepest = m_depth;
+  m_only_ports = fresh;
   parse_body();
+  if (m_only_ports && !record.known) {
+    record.ports = CellTemplate::of(front(), {m_taken - taken, m_deepest - m_depth}, m_ranges);
+  }
+  record.known = true;
   record.open = false;
+  // The cell around holds an instance.
+  m_only_ports = false;
+  m_deepest = std::max(m_deepest, deepest);
   m_cursor = resume;
 }
 
@@ -414,7 +460,7 @@ BitRef* EdifReader::member_ref(const Module& module, const PortName& name) const
   std::int64_t index = static_cast<std::int64_t>(signal->getMsb()) - name.member;
   const auto declared = m_ranges.find(signal);
   if (declared != m_ranges.end()) {
-    const PortRange& range = declared->second;
+    const DeclaredRange& range = declared->second;
     index = range.left >= range.right ? std::int64_t{range.left} - name.member
                                       : std::int64_t{range.left} + name.member;
   }
@@ -545,6 +591,7 @@ EdifReader::ExprResult EdifReader::parse_port() {
 
 // A port that is one bit of a bus by its printable name is that bit.
 void EdifReader::merge_bit_port(const ExprResult& name, Signal& port) {
+  m_only_ports = false;
   if (m_state.reading.has(Rule::PrintableRegisters)) {
     const NamedBits bit = decodeBit(*printable(name.second));
     if (!bit.valid) return;
@@ -579,6 +626,7 @@ EdifReader::ExprResult EdifReader::parse_property() {
     skip_body();
     return {};
   }
+  m_only_ports = false;
   const ExprResult value = parse_expr();
   if (value.kind == EXPR_END) return {};
   if (value.kind == EXPR_LABEL) apply_property(property, *m_state.word(value.second));

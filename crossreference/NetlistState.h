@@ -28,6 +28,7 @@ class ObjectBudget {
   /// More than the budget is fatal.
   void count(std::uint64_t objects);
   std::uint64_t made() const { return m_made; }
+  std::uint64_t left() const { return m_most - m_made; }
 
  private:
   std::uint64_t m_most;

@@ -71,6 +71,11 @@ void Signal::addBit(ModelState& model, unsigned int index) {
   entries()[index - m_first] = ref;
 }
 
+void Signal::clearInferred() {
+  for (std::uint32_t at = 0; at < m_count; ++at) entries()[at]->m_bit->m_inferred = false;
+  m_inferred_left = false;
+}
+
 BitRef* Signal::entry(std::uint64_t index) const {
   return index < m_first || index - m_first >= m_count ? nullptr : entries()[index - m_first];
 }

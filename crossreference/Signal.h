@@ -98,6 +98,7 @@ class XRF_API Signal {
   friend struct NetlistState;
   friend class NetGrouping;
   friend class EdifReader;
+  friend class CellTemplate;
   friend class RegisterTies;
   friend struct ModelState;
   template <class T>
@@ -115,6 +116,8 @@ class XRF_API Signal {
   BitRef* const* entries() const { return m_capacity == 0 ? &m_refs.one : m_refs.many; }
   void cover(ModelState& model, std::uint64_t first, std::uint64_t last);
   void addBit(ModelState& model, unsigned int index);
+  // Takes the mark from all bits of a new signal, as a netlist does for what it declares.
+  void clearInferred();
   template <class Visit>
   void eachBit(Visit visit) const;
 

@@ -1,0 +1,75 @@
+#include <crossreference/CellTemplate.h>
+#include <crossreference/MemberSet.h>
+
+#include <algorithm>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+bool isPlainName(const std::string* name) {
+  return name != nullptr && name->find('/') == std::string::npos;
+}
+
+}  // namespace
+
+std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
+                                             const PortRanges& ranges) {
+  if (module.getKind() == GND || module.getKind() == PWR) return std::nullopt;
+  CellTemplate cell;
+  cell.m_cost = cost;
+  // In the order in which they were made, which is that of the cell's text.
+  members::each<Signal>(module.m_signals, [&](const Signal* signal) {
+    const auto range = ranges.find(signal);
+    cell.m_ports.push_back({signal->m_name, signal->m_id, signal->m_lsb, signal->m_msb,
+                            signal->getKind(), 0, 0,
+                            range == ranges.end() ? std::nullopt : std::optional(range->second)});
+    cell.m_objects += std::uint64_t{1} + signal->getWidth();
+  });
+  for (const Port& port : cell.m_ports) {
+    const auto same = [&](const Port& other) { return other.name == port.name; };
+    const bool alone = std::count_if(cell.m_ports.begin(), cell.m_ports.end(), same) == 1;
+    if (!alone || !isPlainName(port.name)) return std::nullopt;
+  }
+  members::settle<Signal>(module.m_signals, false);
+  cell.m_listed = module.m_signals.listed;
+  for (std::uint32_t at = 0; at < module.m_signals.count; ++at) {
+    const std::uintptr_t slot = module.m_signals.slots[at];
+    const std::uint32_t id = members::object<Signal>(slot)->getId();
+    const auto port = std::find_if(cell.m_ports.begin(), cell.m_ports.end(),
+                                   [&](const Port& candidate) { return candidate.id == id; });
+    port->slot = at;
+    port->marks = slot & members::marks;
+  }
+  return cell;
+}
+
+bool CellTemplate::fits(const NetlistState& state, EdifView view, const Module& module) const {
+  return module.m_signals.count == 0 && module.m_children.count == 0 &&
+         state.budget->left() >= m_objects && state.signals.at(view).isPlain(module);
+}
+
+void CellTemplate::copyTo(NetlistState& state, EdifView view, Module& module,
+                          PortRanges& ranges) const {
+  ModelState& model = state.model;
+  state.budget->count(m_objects);
+  const auto count = static_cast<std::uint32_t>(m_ports.size());
+  detail::Members& set = module.m_signals;
+  members::reserve(model.arena, set, count);
+  set.count = count;
+  set.listed = m_listed;
+  for (const Port& port : m_ports) {
+    auto* signal = new (model.arena.allocate(sizeof(Signal)))
+        Signal(model, &module, port.name, port.id, port.lsb, port.msb, false);
+    signal->clearInferred();
+    signal->m_kind = port.kind;
+    signal->m_port = true;
+    state.signals.at(view).hold(*signal);
+    set.slots[port.slot] = reinterpret_cast<std::uintptr_t>(signal) | port.marks;
+    if (port.range) ranges[signal] = *port.range;
+  }
+  set.settled = true;
+  members::indexAll<Signal>(model.arena, set);
+}
+
+}  // namespace XRF_RTL2LL
