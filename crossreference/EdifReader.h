@@ -1,7 +1,7 @@
 #pragma once
 
 #include <crossreference/CellTemplate.h>
-#include <crossreference/EdifLexer.h>
+#include <crossreference/EdifTokens.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
 
@@ -16,7 +16,7 @@ namespace XRF_RTL2LL {
 class EdifReader {
  public:
   EdifReader(Netlist& netlist, NetlistState& state, EdifView view, const std::string& path,
-             std::string_view text);
+             const TextSource& text);
   ~EdifReader();
   EdifReader(const EdifReader&) = delete;
   EdifReader& operator=(const EdifReader&) = delete;

@@ -1,5 +1,8 @@
 #include <crossreference/NamePool.h>
 
+#include <memory>
+#include <new>
+
 namespace XRF_RTL2LL {
 
 std::uint64_t extendHash(std::uint64_t state, std::string_view text) {
@@ -14,31 +17,32 @@ std::uint32_t finishHash(std::uint64_t state) {
   return static_cast<std::uint32_t>(state >> 32);
 }
 
-NamePool::NamePool() : m_slots(64) { intern(std::string_view()); }
+NamePool::NamePool() : m_slots(64), m_mask(m_slots.size() - 1) { intern(std::string_view()); }
 
-const std::string* NamePool::intern(std::string_view name) {
-  if (m_names.size() * 4 >= m_slots.size() * 3) grow();
-  const std::uint32_t hash = finishHash(extendHash(emptyHash, name));
-  const std::size_t mask = m_slots.size() - 1;
-  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
-    Slot& slot = m_slots[at];
-    if (slot.number == 0) {
-      m_names.emplace_back(name);
-      slot = {hash, static_cast<std::uint32_t>(m_names.size())};
-      return &m_names.back();
-    }
-    if (slot.hash != hash) continue;
-    const std::string& stored = m_names[slot.number - 1];
-    if (stored == name) return &stored;
+NamePool::~NamePool() {
+  for (std::uint32_t number = 0; number < m_count; ++number) std::destroy_at(&nameAt(number));
+  for (Name* chunk : m_chunks) ::operator delete(chunk);
+}
+
+const std::string* NamePool::enter(std::string_view name, std::uint32_t hash) {
+  if ((m_count + std::size_t{1}) * 4 > m_slots.size() * 3) grow();
+  std::size_t at = hash & m_mask;
+  while (m_slots[at].number != freeSlot) at = (at + 1) & m_mask;
+  const Place place(m_count);
+  Name*& chunk = m_chunks[place.chunk];
+  if (chunk == nullptr) {
+    chunk = static_cast<Name*>(::operator new((sizeof(Name) << smallestChunk) << place.chunk));
   }
+  Name* entered = new (chunk + place.index) Name(name, hash, m_count);
+  m_slots[at] = {hash, m_count++};
+  return entered;
 }
 
 const std::string* NamePool::find(std::string_view name) const {
-  const std::uint32_t hash = finishHash(extendHash(emptyHash, name));
-  const std::size_t mask = m_slots.size() - 1;
-  for (std::size_t at = hash & mask; m_slots[at].number != 0; at = (at + 1) & mask) {
+  const std::uint32_t hash = hashOf(name);
+  for (std::size_t at = hash & m_mask; m_slots[at].number != freeSlot; at = (at + 1) & m_mask) {
     if (m_slots[at].hash != hash) continue;
-    const std::string& stored = m_names[m_slots[at].number - 1];
+    const Name& stored = nameAt(m_slots[at].number);
     if (stored == name) return &stored;
   }
   return nullptr;
@@ -46,11 +50,11 @@ const std::string* NamePool::find(std::string_view name) const {
 
 void NamePool::grow() {
   std::vector<Slot> larger(m_slots.size() * 2);
-  const std::size_t mask = larger.size() - 1;
+  m_mask = larger.size() - 1;
   for (const Slot& slot : m_slots) {
-    if (slot.number == 0) continue;
-    std::size_t at = slot.hash & mask;
-    while (larger[at].number != 0) at = (at + 1) & mask;
+    if (slot.number == freeSlot) continue;
+    std::size_t at = slot.hash & m_mask;
+    while (larger[at].number != freeSlot) at = (at + 1) & m_mask;
     larger[at] = slot;
   }
   m_slots.swap(larger);

@@ -1,8 +1,8 @@
 #include <crossreference/EdifReader.h>
 #include <crossreference/Utils.h>
-#include <support/InputFile.h>
 #include <support/Limits.h>
 #include <support/Scan.h>
+#include <support/TextSource.h>
 
 #include <algorithm>
 #include <limits>
@@ -16,11 +16,11 @@ unsigned lutMode(EdifView view) { return view == RTL ? 2 : 0; }
 
 int readEdif(Netlist& netlist, NetlistState& state, EdifView view, const std::string& path) {
   const StateScope scope(state.model);
-  const InputFile file(path);
-  if (!file.isOpen()) fatal("Can't open file %s\n", path.c_str());
+  const TextSource text(path);
+  if (!text.isOpen()) fatal("Can't open file %s\n", path.c_str());
   // A read that is given up must not leave an earlier design's top behind.
   state.top.at(view) = nullptr;
-  EdifReader(netlist, state, view, path, file.text()).read();
+  EdifReader(netlist, state, view, path, text).read();
   netlist.postProcess(view);
   return 0;
 }
@@ -32,7 +32,7 @@ int Netlist::parse_rtl(std::string path) { return readEdif(*this, *m_state, RTL,
 int Netlist::parse_synth(std::string path) { return readEdif(*this, *m_state, SYNTH, path); }
 
 EdifReader::EdifReader(Netlist& netlist, NetlistState& state, EdifView view,
-                       const std::string& path, std::string_view text)
+                       const std::string& path, const TextSource& text)
     : m_netlist(netlist),
       m_state(state),
       m_view(view),

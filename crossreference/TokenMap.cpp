@@ -5,35 +5,15 @@
 #include <algorithm>
 #include <map>
 #include <stdexcept>
+#include <vector>
 
 namespace XRF_RTL2LL {
 
 // Words live in the model's pool, so a name outlives the map it was read with.
 struct TokenMap::Words {
-  struct Slot {
-    const std::string* word = nullptr;
-    std::uint32_t hash = 0;
-    std::uint32_t code = 0;
-  };
+  static constexpr std::uint32_t unknown = 0xffffffffU;
 
-  explicit Words(NamePool& names) : pool(names), slots(256) {}
-
-  Slot& slotOf(std::string_view token, std::uint32_t hash) {
-    std::size_t at = hash & (slots.size() - 1);
-    while (slots[at].word != nullptr && (slots[at].hash != hash || *slots[at].word != token)) {
-      at = (at + 1) & (slots.size() - 1);
-    }
-    return slots[at];
-  }
-
-  void reserveOne() {
-    if ((used + 1) * 4 < slots.size() * 3) return;
-    std::vector<Slot> before(slots.size() * 2);
-    before.swap(slots);
-    for (const Slot& slot : before) {
-      if (slot.word != nullptr) slotOf(*slot.word, slot.hash) = slot;
-    }
-  }
+  explicit Words(NamePool& names) : pool(names) {}
 
   const std::string* wordOf(std::uint32_t code) const {
     if (code < dense.size()) return dense[code];
@@ -53,9 +33,25 @@ struct TokenMap::Words {
     }
   }
 
+  // Where the code of a word is kept.
+  std::uint32_t& code(const std::string* word) {
+    const std::uint32_t number = NamePool::numberOf(word);
+    // Well beyond, since the next words come with ever higher numbers.
+    if (number >= codes.size()) codes.resize(number + std::size_t{number} / 2 + 64, unknown);
+    return codes[number];
+  }
+
+  std::uint32_t codeOf(const std::string* word) {
+    std::uint32_t& known = code(word);
+    if (known == unknown && wordOf(unknown) != word) {
+      known = nextCode++;
+      enterCode(known, word);
+    }
+    return known;
+  }
+
   NamePool& pool;
-  std::vector<Slot> slots;
-  std::size_t used = 0;
+  std::vector<std::uint32_t> codes;  // by the word's number in the pool
   std::vector<const std::string*> dense;
   std::map<std::uint32_t, const std::string*> sparse;
   std::uint32_t nextCode = 0;
@@ -69,30 +65,22 @@ void TokenMap::clear() { m_words = std::make_unique<Words>(m_words->pool); }
 
 void TokenMap::seed(const std::string& token, unsigned int code) {
   Words& words = *m_words;
-  words.reserveOne();
-  const std::uint32_t hash = finishHash(extendHash(emptyHash, token));
-  Words::Slot& slot = words.slotOf(token, hash);
   const std::string* word = words.pool.intern(std::string_view(token));
-  if (slot.word == nullptr) {
-    slot = {word, hash, code};
-    ++words.used;
-  }
+  std::uint32_t& known = words.code(word);
+  if (known == Words::unknown) known = code;
   words.enterCode(code, word);
   words.nextCode = std::max(words.nextCode, code + 1);
 }
 
 unsigned int TokenMap::getCode(std::string_view token) {
-  Words& words = *m_words;
-  words.reserveOne();
-  const std::uint32_t hash = finishHash(extendHash(emptyHash, token));
-  Words::Slot& slot = words.slotOf(token, hash);
-  if (slot.word == nullptr) {
-    slot = {words.pool.intern(token), hash, words.nextCode};
-    ++words.used;
-    words.enterCode(words.nextCode++, slot.word);
-  }
-  return slot.code;
+  return m_words->codeOf(m_words->pool.intern(token));
 }
+
+unsigned int TokenMap::getCode(std::string_view token, std::uint32_t hash) {
+  return m_words->codeOf(m_words->pool.intern(token, hash));
+}
+
+void TokenMap::prefetch(std::uint32_t hash) const { m_words->pool.prefetch(hash); }
 
 unsigned int TokenMap::getCode(const std::string& token) {
   return getCode(std::string_view(token));

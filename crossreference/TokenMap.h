@@ -31,6 +31,12 @@ class XRF_API TokenMap {
   const std::string& getToken(unsigned int code) const;
 
  private:
+  friend class EdifTokens;
+  /// For a word whose `NamePool::hashOf` is known.
+  unsigned int getCode(std::string_view token, std::uint32_t hash);
+  /// Fetches the memory that a look-up will need.
+  void prefetch(std::uint32_t hash) const;
+
   struct Words;
   std::unique_ptr<Words> m_words;
 };

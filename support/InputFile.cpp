@@ -1,52 +1,24 @@
+#include <support/Descriptor.h>
 #include <support/InputFile.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace XRF_RTL2LL {
 
-namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(const std::string& path)
-      : m_number(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-  ~Descriptor() {
-    if (m_number >= 0) ::close(m_number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return m_number; }
-
- private:
-  int m_number;
-};
-
-ssize_t readSome(int descriptor, char* place, std::size_t size) {
-  ssize_t got = 0;
-  do {
-    got = ::read(descriptor, place, size);
-  } while (got < 0 && errno == EINTR);
-  return got;
-}
-
-}  // namespace
-
 void InputFile::Free::operator()(char* text) const { std::free(text); }
 
-InputFile::InputFile(const std::string& path) {
-  const Descriptor file(path);
+InputFile::InputFile(const std::string& path) : InputFile(Descriptor(path)) {}
+
+InputFile::InputFile(const Descriptor& file) {
   if (file.number() < 0) return;
   struct stat status = {};
   if (::fstat(file.number(), &status) != 0 || S_ISDIR(status.st_mode)) return;
   const bool sized = S_ISREG(status.st_mode) && status.st_size > 0;
-  read(file.number(), sized ? static_cast<std::size_t>(status.st_size) : 0);
+  read(file, sized ? static_cast<std::size_t>(status.st_size) : 0);
 }
 
 void InputFile::grow(std::size_t capacity) {
@@ -57,13 +29,13 @@ void InputFile::grow(std::size_t capacity) {
   m_capacity = capacity;
 }
 
-void InputFile::read(int descriptor, std::size_t expected) {
+void InputFile::read(const Descriptor& file, std::size_t expected) {
   constexpr std::size_t smallest = std::size_t{1} << 16;
   // One byte more than expected, so that the end of a file of known size shows without growing.
   grow(std::max(expected + 1, smallest));
   while (true) {
     if (m_size == m_capacity) grow(m_capacity * 2);
-    const ssize_t got = readSome(descriptor, m_text.get() + m_size, m_capacity - m_size);
+    const ssize_t got = file.read(m_text.get() + m_size, m_capacity - m_size);
     if (got < 0) return;
     if (got == 0) break;
     m_size += static_cast<std::size_t>(got);

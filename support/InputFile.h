@@ -7,18 +7,22 @@
 
 namespace XRF_RTL2LL {
 
+class Descriptor;
+
 /// A whole input held in memory: a regular file, a pipe, anything that can be read to its end. It
 /// is copied, not mapped, since a mapped file that somebody truncates would end the process.
 class InputFile {
  public:
   explicit InputFile(const std::string& path);
+  /// Reads on from where the file stands.
+  explicit InputFile(const Descriptor& file);
 
   /// False when the path could not be opened or read; a directory cannot.
   bool isOpen() const { return m_open; }
   std::string_view text() const { return {m_text.get(), m_size}; }
 
  private:
-  void read(int descriptor, std::size_t expected);
+  void read(const Descriptor& file, std::size_t expected);
   void grow(std::size_t capacity);
 
   struct Free {

@@ -1,0 +1,201 @@
+#include <crossreference/EdifLexer.h>
+#include <crossreference/EdifTokens.h>
+#include <crossreference/NamePool.h>
+#include <crossreference/WordMemo.h>
+#include <support/Limits.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+
+namespace XRF_RTL2LL {
+
+using State = EdifLexer::State;
+
+/// Turns what the lexer finds into codes. Words that the memo does not know wait until several can
+/// be looked up, so that their memory is fetched meanwhile.
+class EdifTokens::Writer {
+ public:
+  Writer(EdifTokens& tokens, const EdifLexer& lexer) : m_tokens(tokens), m_lexer(lexer) {}
+
+  void open(const char* from) {
+    put(token::Open, from);
+    if (++m_nesting > limits::listNesting) raiseNesting(from);
+  }
+  void close(const char* from) {
+    put(token::Close, from);
+    if (m_nesting > 0) --m_nesting;
+  }
+  void word(std::string_view text, const char* from) {
+    const bool isShort = WordMemo::isShort(text);
+    if (isShort) {
+      const WordMemo::Key key = WordMemo::keyOf(text.data(), text.size());
+      if (const WordMemo::Entry& known = m_memo.at(key); key.is(known)) {
+        put(known.code, from);
+        return;
+      }
+    }
+    wait(text, from, isShort, 0);
+  }
+  void string(std::string_view text, const char* from) {
+    const bool parenthesis = text == "(" || text == ")";
+    if (parenthesis) {
+      wait(text, from, false, quotedMark);
+    } else {
+      word(text, from);
+    }
+  }
+  /// Gives the waiting words their codes.
+  void forget();
+  void finish() { m_tokens.m_size = size(); }
+
+ private:
+  struct Waiting {
+    std::string_view text;
+    std::uint32_t* place;
+    std::uint32_t hash;
+    std::uint32_t mark;
+    bool isShort;
+  };
+  static constexpr std::size_t mostWaiting = 32;
+
+  std::size_t size() const {
+    return m_tokens.m_checkpoints.size() * checkpointDistance -
+           static_cast<std::size_t>(m_stop - m_next);
+  }
+  void put(std::uint32_t code, const char* from) {
+    if (m_next == m_stop) makeRoom(from);
+    *m_next++ = code;
+  }
+  void wait(std::string_view text, const char* from, bool isShort, std::uint32_t mark);
+  void makeRoom(const char* from);
+  [[noreturn]] void raiseNesting(const char* from);
+
+  EdifTokens& m_tokens;
+  const EdifLexer& m_lexer;
+  // The room up to the next checkpoint.
+  std::uint32_t* m_next = nullptr;
+  std::uint32_t* m_stop = nullptr;
+  unsigned m_nesting = 0;
+  WordMemo m_memo;
+  std::array<Waiting, mostWaiting> m_waiting{};
+  std::size_t m_waits = 0;
+};
+
+void EdifTokens::Writer::wait(std::string_view text, const char* from, bool isShort,
+                              std::uint32_t mark) {
+  put(0, from);
+  const std::uint32_t hash = NamePool::hashOf(text);
+  m_tokens.m_words.prefetch(hash);
+  m_waiting[m_waits++] = {text, m_next - 1, hash, mark, isShort};
+  if (m_waits == mostWaiting) forget();
+}
+
+void EdifTokens::Writer::forget() {
+  for (std::size_t at = 0; at < m_waits; ++at) {
+    const Waiting& word = m_waiting[at];
+    const std::uint32_t code = m_tokens.m_words.getCode(word.text, word.hash);
+    *word.place = code | word.mark;
+    if (word.isShort) {
+      const WordMemo::Key key = WordMemo::keyOf(word.text.data(), word.text.size());
+      m_memo.at(key) = {key.head, key.tail, code};
+    }
+  }
+  m_waits = 0;
+}
+
+void EdifTokens::Writer::makeRoom(const char* from) {
+  const std::size_t used = size();
+  if (used % chunkSize == 0) m_tokens.m_chunks.push_back(allocateHuge(hugePage));
+  m_tokens.m_checkpoints.push_back(m_lexer.offsetOf(from));
+  m_next = static_cast<std::uint32_t*>(m_tokens.m_chunks.back().get()) + used % chunkSize;
+  m_stop = m_next + checkpointDistance;
+}
+
+void EdifTokens::Writer::raiseNesting(const char* from) {
+  m_tokens.m_place = m_lexer.offsetOf(from) + 1;
+  fatalHere("Lists are nested more than %u deep.", limits::listNesting);
+}
+
+void EdifTokens::lex() {
+  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
+  EdifLexer lexer(m_source);
+  Writer writer(*this, lexer);
+  State state = lexer.run(writer, 0);
+  while (state == State::Going) {
+    m_place = lexer.offset();
+    progress("Reading words", m_place, m_source.size());
+    state = lexer.run(writer, m_place + reportDistance);
+  }
+  writer.finish();
+  m_place = lexer.offset();
+  if (state == State::ParenthesisInWord) fatal("ERROR: Illegal character '(' inside token.\n");
+  if (state == State::QuoteInWord) fatal("ERROR: Illegal character '\"' inside token.\n");
+  if (state == State::WordTooLong) {
+    fatalHere("A word is longer than %llu bytes.",
+              static_cast<unsigned long long>(limits::wordLength));
+  }
+  if (m_source.failed()) fatalHere("The file cannot be read to its end.");
+}
+
+namespace {
+
+/// Counts lexemes up to one that is looked for.
+class Finder {
+ public:
+  Finder(const EdifLexer& lexer, std::size_t ahead) : m_lexer(lexer), m_ahead(ahead) {}
+
+  void open(const char* from) { pass(from); }
+  void close(const char* from) { pass(from); }
+  void word(std::string_view /*text*/, const char* from) { pass(from); }
+  void string(std::string_view /*text*/, const char* from) { pass(from); }
+  void forget() {}
+
+  bool found() const { return m_found; }
+  std::uint64_t offset() const { return m_offset; }
+
+ private:
+  void pass(const char* from) {
+    if (m_found || m_ahead-- != 0) return;
+    m_offset = m_lexer.offsetOf(from);
+    m_found = true;
+  }
+
+  const EdifLexer& m_lexer;
+  std::size_t m_ahead;
+  std::uint64_t m_offset = 0;
+  bool m_found = false;
+};
+
+}  // namespace
+
+ReadPlace::Position EdifTokens::position(std::size_t index) const {
+  constexpr std::size_t piece = std::size_t{1} << 12;
+  if (index >= m_size) return positionOf(m_source.size());
+  EdifLexer lexer(m_source, m_checkpoints[index / checkpointDistance], piece);
+  Finder finder(lexer, index % checkpointDistance);
+  while (!finder.found() && lexer.run(finder, lexer.offset() + piece) == State::Going) {
+  }
+  return positionOf(finder.found() ? finder.offset() : lexer.offset());
+}
+
+ReadPlace::Position EdifTokens::positionOf(std::uint64_t offset) const {
+  constexpr std::size_t pieceSize = std::size_t{1} << 16;
+  const std::unique_ptr<char[]> piece(new char[pieceSize]);
+  ReadPlace::Position position{1, 1};
+  std::uint64_t at = 0;
+  while (at < offset) {
+    const auto wanted = std::min<std::uint64_t>(pieceSize, offset - at);
+    const std::size_t got = m_source.read(at, piece.get(), static_cast<std::size_t>(wanted));
+    if (got == 0) break;
+    const std::string_view text(piece.get(), got);
+    const std::size_t feed = text.rfind('\n');
+    position.line += static_cast<std::uint64_t>(std::count(text.begin(), text.end(), '\n'));
+    position.column = feed == std::string_view::npos ? position.column + got : got - feed;
+    at += got;
+  }
+  return position;
+}
+
+}  // namespace XRF_RTL2LL
