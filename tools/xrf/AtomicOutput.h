@@ -1,19 +1,21 @@
 #pragma once
 
+#include <support/FileReplacement.h>
+
+#include <optional>
 #include <string>
 
 namespace xrf {
 
-/// A file that appears under its name only when it is complete.
+/// A file that appears under its name only when it is complete, or not at all: what a
+/// FileReplacement does, and its temporary file is also removed when SIGHUP, SIGINT, SIGQUIT,
+/// SIGTERM or SIGXFSZ ends the process.
 ///
 ///     AtomicOutput output("top.xrf");        // fails here if the folder cannot be written to
 ///     write(output.path());
 ///     output.commit();                       // now, and only now, top.xrf is the new file
 ///
-/// Until then an existing file stays as it is. The temporary file beside the target is removed when
-/// the object is destroyed, and when SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGXFSZ ends the process.
-/// A target that exists and is no regular file (a pipe, a device) is written to directly. At most
-/// one output may be open at a time. Every failure is raised as a Failure.
+/// At most one output may be open at a time. Every failure is raised as a Failure.
 class AtomicOutput {
  public:
   explicit AtomicOutput(const std::string& target);
@@ -21,21 +23,20 @@ class AtomicOutput {
   AtomicOutput(const AtomicOutput&) = delete;
   AtomicOutput& operator=(const AtomicOutput&) = delete;
 
-  /// Where to write.
-  const std::string& path() const { return m_path; }
+  /// Where to write; as an alternative to `write`.
+  const std::string& path() const { return m_file->path(); }
+  void write(const char* data, std::size_t size);
   /// Whether the target is the file that standard output goes to.
   bool isStandardOutput() const { return m_standardOutput; }
-  /// Puts the file, once written and closed, under its name.
+  /// Puts the file under its name, once all is written.
   void commit();
 
  private:
-  void createBeside();
+  [[noreturn]] void fail() const;
 
   std::string m_target;
-  std::string m_path;
-  unsigned m_mode = 0;
-  int m_descriptor = -1;
-  bool m_standardOutput = false;
+  std::optional<XRF_RTL2LL::FileReplacement> m_file;
+  bool m_standardOutput;
 };
 
 }  // namespace xrf

@@ -1,3 +1,4 @@
+#include <tools/xrf/AtomicOutput.h>
 #include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -74,19 +75,23 @@ void requireKnown(const MetadataDocument& document, const std::string& file) {
                 dropped->line, dropped->column);
 }
 
+bool goesToStandardOutput(const std::string& output) { return output.empty() || output == "-"; }
+
 void write(const Movrel::Project& project, const std::string& output) {
   s_debug_error fault;
-  if (output.empty() || output == "-") {
-    std::string text;
-    if (project.Marshal(&text, &fault) != lmx60::ELMX_OK) throw failureOf(fault, "");
+  std::string text;
+  if (project.Marshal(&text, &fault) != lmx60::ELMX_OK) throw failureOf(fault, "");
+  if (goesToStandardOutput(output)) {
     printOut(text);
-  } else if (project.Marshal(output.c_str(), &fault) != lmx60::ELMX_OK) {
-    throw failureOf(fault, output);
+    return;
   }
+  AtomicOutput file(output);
+  file.write(text.data(), text.size());
+  file.commit();
 }
 
 Status format(Session& session, const FormatOptions& options) {
-  if (session.options.json && (options.output.empty() || options.output == "-")) {
+  if (session.options.json && goesToStandardOutput(options.output)) {
     throw UsageFailure("--json needs standard output for its document; write to a file");
   }
   const MetadataDocument document = readMetadata(options.file);
