@@ -21,6 +21,13 @@ InputFile::InputFile(const Descriptor& file) {
   read(file, sized ? static_cast<std::size_t>(status.st_size) : 0);
 }
 
+std::string_view InputFile::text() const {
+  constexpr std::string_view mark = "\xEF\xBB\xBF";
+  std::string_view text(m_text.get(), m_size);
+  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  return text;
+}
+
 void InputFile::grow(std::size_t capacity) {
   char* text = static_cast<char*>(std::realloc(m_text.get(), capacity));
   if (text == nullptr) throw std::bad_alloc();

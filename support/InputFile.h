@@ -19,7 +19,8 @@ class InputFile {
 
   /// False when the path could not be opened or read; a directory cannot.
   bool isOpen() const { return m_open; }
-  std::string_view text() const { return {m_text.get(), m_size}; }
+  /// The bytes without a byte order mark.
+  std::string_view text() const;
 
  private:
   void read(const Descriptor& file, std::size_t expected);
