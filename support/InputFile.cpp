@@ -22,9 +22,8 @@ InputFile::InputFile(const Descriptor& file) {
 }
 
 std::string_view InputFile::text() const {
-  constexpr std::string_view mark = "\xEF\xBB\xBF";
   std::string_view text(m_text.get(), m_size);
-  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   return text;
 }
 

@@ -9,6 +9,9 @@ namespace XRF_RTL2LL {
 
 class Descriptor;
 
+/// What some editors begin a UTF-8 file with; no part of the text.
+inline constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 /// A whole input held in memory: a regular file, a pipe, anything that can be read to its end. It
 /// is copied, not mapped, since a mapped file that somebody truncates would end the process.
 class InputFile {

@@ -1,6 +1,7 @@
 #include <support/TextSource.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <sys/stat.h>
 
@@ -14,6 +15,7 @@ TextSource::TextSource(const std::string& path) {
   if (readable && S_ISREG(status.st_mode) && status.st_size > 0) {
     m_file_size = static_cast<std::uint64_t>(status.st_size);
     m_open = true;
+    passMark();
     return;
   }
   if (readable) m_input.emplace(*m_file);
@@ -21,6 +23,14 @@ TextSource::TextSource(const std::string& path) {
   if (!m_input) return;
   m_kept = m_input->text();
   m_open = m_input->isOpen();
+}
+
+void TextSource::passMark() {
+  std::array<char, byteOrderMark.size()> start{};
+  const std::size_t size = read(0, start.data(), start.size());
+  if (std::string_view(start.data(), size) != byteOrderMark) return;
+  m_start = byteOrderMark.size();
+  m_file_size -= m_start;
 }
 
 std::size_t TextSource::read(std::uint64_t offset, char* place, std::size_t size) const {
@@ -32,7 +42,7 @@ std::size_t TextSource::read(std::uint64_t offset, char* place, std::size_t size
   }
   std::size_t done = 0;
   while (done < size) {
-    const auto at = static_cast<off_t>(offset + done);
+    const auto at = static_cast<off_t>(m_start + offset + done);
     const ssize_t got = m_file->readAt(at, place + done, size - done);
     if (got < 0) m_failed = true;
     if (got <= 0) break;

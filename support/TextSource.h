@@ -24,7 +24,7 @@ class TextSource {
 
   /// False when the path could not be opened or read; a directory cannot.
   bool isOpen() const { return m_open; }
-  /// Bytes of the text, as counted when it was opened.
+  /// Bytes of the text without a byte order mark, as counted when it was opened.
   std::uint64_t size() const { return m_file ? m_file_size : m_kept.size(); }
   /// Reads bytes of the text; fewer than asked for only at its end, or when reading fails.
   std::size_t read(std::uint64_t offset, char* place, std::size_t size) const;
@@ -32,7 +32,10 @@ class TextSource {
   bool failed() const { return m_failed; }
 
  private:
+  void passMark();
+
   std::optional<Descriptor> m_file;
+  std::uint64_t m_start = 0;  // of the text in the file
   std::uint64_t m_file_size = 0;
   std::optional<InputFile> m_input;
   std::string_view m_kept;
