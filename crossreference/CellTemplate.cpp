@@ -45,7 +45,7 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
 }
 
 bool CellTemplate::fits(const NetlistState& state, EdifView view, const Module& module) const {
-  return module.m_signals.count == 0 && module.m_children.count == 0 &&
+  return module.m_signals.count == 0 && module.children().count == 0 &&
          state.budget->left() >= m_objects && state.signals.at(view).isPlain(module);
 }
 

@@ -33,10 +33,10 @@ constexpr std::uint32_t indexes = std::is_same_v<T, Signal> ? 2 : 1;
 template <class T>
 void enter(detail::Members& set, std::uint32_t position) {
   const T* entered = object<T>(set.slots[position]);
-  enterAt(set.index, set.indexCapacity, entered->getId(), position);
+  enterAt(set.index, set.indexCapacity(), entered->getId(), position);
   if constexpr (indexes<T> == 2) {
-    enterAt(set.index + set.indexCapacity, set.indexCapacity, nameKey(ModelState::nameOf(entered)),
-            position);
+    enterAt(set.index + set.indexCapacity(), set.indexCapacity(),
+            nameKey(ModelState::nameOf(entered)), position);
   }
 }
 
@@ -44,15 +44,16 @@ void enter(detail::Members& set, std::uint32_t position) {
 template <class T>
 void reindex(detail::Members& set) {
   if (set.count <= unindexed) return;
-  std::memset(set.index, 0, indexes<T> * set.indexCapacity * sizeof(std::uint32_t));
+  std::memset(set.index, 0, indexes<T> * set.indexCapacity() * sizeof(std::uint32_t));
   for (std::uint32_t position = 0; position < set.count; ++position) enter<T>(set, position);
 }
 
+// Makes an index of a size that is a power of two, a quarter of it free at least.
 template <class T>
-void growIndex(Arena& arena, detail::Members& set) {
-  arena.recycle(set.index, indexes<T> * set.indexCapacity);
-  set.indexCapacity = std::max(set.indexCapacity * 2, 4 * unindexed);
-  set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity);
+void makeIndex(Arena& arena, detail::Members& set) {
+  if (set.index != nullptr) arena.recycle(set.index, indexes<T> * set.indexCapacity());
+  set.indexBits = static_cast<std::uint8_t>(std::bit_width(set.count + set.count / 2));
+  set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity());
   reindex<T>(set);
 }
 
@@ -117,29 +118,22 @@ void arrange(detail::Members& set, Keyed* scratch, bool drop) {
 }  // namespace
 
 void reserve(Arena& arena, detail::Members& set, std::uint32_t count) {
-  set.slots = std::has_single_bit(count)
-                  ? arena.allocateArray<std::uintptr_t>(count)
-                  : static_cast<std::uintptr_t*>(arena.allocate(count * sizeof(std::uintptr_t)));
-  set.capacity = count;
+  set.slots = static_cast<std::uintptr_t*>(arena.allocate(count * sizeof(std::uintptr_t)));
 }
 
 template <class T>
 void indexAll(Arena& arena, detail::Members& set) {
-  if (set.count <= unindexed) return;
-  set.indexCapacity = std::bit_ceil(set.count * 2);
-  set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity);
-  reindex<T>(set);
+  if (set.count > unindexed) makeIndex<T>(arena, set);
 }
 
 void append(Arena& arena, detail::Members& set, void* object) {
-  if (set.count == set.capacity) {
-    const std::uint32_t capacity = std::bit_ceil(std::max(set.capacity + 1, 2U));
-    auto* slots = arena.allocateArray<std::uintptr_t>(capacity);
+  if (set.count == set.capacity()) {
+    const auto bits = static_cast<std::uint8_t>(std::bit_width(std::max(set.count, 1U)));
+    auto* slots = arena.allocateArray<std::uintptr_t>(std::size_t{1} << bits);
     std::copy_n(set.slots, set.count, slots);
-    // Only arrays that grew have a size that the arena hands out again.
-    if (std::has_single_bit(set.capacity)) arena.recycle(set.slots, set.capacity);
+    if (set.capacityBits != 0) arena.recycle(set.slots, set.capacity());
     set.slots = slots;
-    set.capacity = capacity;
+    set.capacityBits = bits;
   }
   set.slots[set.count++] = reinterpret_cast<std::uintptr_t>(object) | unlisted;
   set.settled = false;
@@ -148,8 +142,8 @@ void append(Arena& arena, detail::Members& set, void* object) {
 template <class T>
 void indexLast(Arena& arena, detail::Members& set) {
   if (set.count <= unindexed) return;
-  if (set.count * 2 > set.indexCapacity) {
-    growIndex<T>(arena, set);
+  if (set.index == nullptr || set.count * 4 > set.indexCapacity() * 3) {
+    makeIndex<T>(arena, set);
   } else {
     enter<T>(set, set.count - 1);
   }
@@ -164,8 +158,8 @@ T* find(const detail::Members& set, std::uint32_t id) {
     }
     return nullptr;
   }
-  for (std::uint32_t at = indexPlace(id, set.indexCapacity); set.index[at] != 0;
-       at = (at + 1) & (set.indexCapacity - 1)) {
+  for (std::uint32_t at = indexPlace(id, set.indexCapacity()); set.index[at] != 0;
+       at = (at + 1) & (set.indexCapacity() - 1)) {
     T* candidate = object<T>(set.slots[set.index[at] - 1]);
     if (candidate->getId() == id) return candidate;
   }

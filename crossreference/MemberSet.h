@@ -28,8 +28,12 @@ T* object(std::uintptr_t slot) {
   return reinterpret_cast<T*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
 }
 
-/// Makes room for exactly so many objects in a new set.
+/// Makes room for exactly so many objects in a new set, which `fill` must add at once.
 void reserve(Arena& arena, detail::Members& set, std::uint32_t count);
+inline void fill(detail::Members& set, void* object) {
+  set.slots[set.count++] = reinterpret_cast<std::uintptr_t>(object) | unlisted;
+  set.settled = false;
+}
 
 /// Enters all slots in the index of numbers, if the set is large enough for one.
 template <class T>
@@ -94,9 +98,9 @@ Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted 
     }
     return nullptr;
   }
-  const std::uint32_t* index = set.index + set.indexCapacity;
-  for (std::uint32_t at = indexPlace(nameKey(name), set.indexCapacity); index[at] != 0;
-       at = (at + 1) & (set.indexCapacity - 1)) {
+  const std::uint32_t* index = set.index + set.indexCapacity();
+  for (std::uint32_t at = indexPlace(nameKey(name), set.indexCapacity()); index[at] != 0;
+       at = (at + 1) & (set.indexCapacity() - 1)) {
     auto* signal = object<Signal>(set.slots[index[at] - 1]);
     if (matches(signal)) return signal;
   }

@@ -88,9 +88,7 @@ void ModelState::settleTree(const Module& module) {
   module.getSignals(false);
   module.getChildren(false);
   // Those that share a name with a sibling are not listed but found by number.
-  for (std::uint32_t at = 0; at < module.m_children.count; ++at) {
-    settleTree(*members::object<Module>(module.m_children.slots[at]));
-  }
+  members::each<Module>(module.children(), [](const Module* child) { settleTree(*child); });
 }
 
 void ModelState::settleBits() {

@@ -49,7 +49,7 @@ void Module::setPath(const char* path) {
 
 const std::string* Module::pathOf(const Signal& signal) const {
   if (!signal.m_earlier_path) return m_path;
-  const EarlierPath* earlier = m_earlier_paths;
+  const EarlierPath* earlier = m_inside->earlierPaths;
   while (earlier->signal != &signal) earlier = earlier->next;
   return earlier->path;
 }
@@ -61,28 +61,41 @@ void Module::setPathWord(const std::string* path) {
     ModelState& model = ModelState::current();
     model.signals.each([&](Signal* signal) {
       if (signal->m_module != this || signal->m_earlier_path) return;
-      m_earlier_paths = new (model.arena.allocate(sizeof(EarlierPath)))
-          EarlierPath{signal, m_path, m_earlier_paths};
+      EarlierPath*& paths = inside().earlierPaths;
+      paths = new (model.arena.allocate(sizeof(EarlierPath))) EarlierPath{signal, m_path, paths};
       signal->m_earlier_path = true;
     });
     m_named_signals = false;
   }
   m_path = path;
   m_entered = 0;
-  m_child_path = nullptr;
+  if (m_inside != nullptr) m_inside->childPath = nullptr;
+}
+
+Module::Inside& Module::inside() {
+  if (m_inside == nullptr) {
+    m_inside = new (ModelState::current().arena.allocate(sizeof(Inside))) Inside;
+  }
+  return *m_inside;
+}
+
+const detail::Members& Module::children() const {
+  static constexpr detail::Members none;
+  return m_inside == nullptr ? none : m_inside->children;
 }
 
 const std::string* Module::childPath() {
-  if (m_child_path == nullptr) {
+  const std::string*& stored = inside().childPath;
+  if (stored == nullptr) {
     std::string path = *m_path;
     const bool nameless = m_name == nullptr || m_name->empty();
     if (!path.empty() || !nameless) path += '/';
     if (!nameless) path += *m_name;
     ModelState& model = ModelState::current();
     model.pathBytes += path.size();
-    m_child_path = model.names.intern(std::string_view(path));
+    stored = model.names.intern(std::string_view(path));
   }
-  return m_child_path;
+  return stored;
 }
 
 bool Module::isHidden() const { return m_hidden; }
@@ -115,8 +128,8 @@ Range<Signal> Module::getSignals(bool visible) const {
 }
 
 Range<Module> Module::getChildren(bool visible) const {
-  members::settle<Module>(m_children, false);
-  return members::range<Module>(m_children, visible);
+  if (m_inside != nullptr) members::settle<Module>(m_inside->children, false);
+  return members::range<Module>(children(), visible);
 }
 
 Signal* Module::getSignal(unsigned int id, bool quiet) const {
@@ -128,7 +141,7 @@ Signal* Module::getSignal(unsigned int id, bool quiet) const {
 }
 
 Module* Module::getChild(unsigned int id, bool quiet) const {
-  auto* child = members::find<Module>(m_children, id);
+  auto* child = members::find<Module>(children(), id);
   if (child == nullptr && !quiet) {
     fatalSilently("Module %s has no child of number %u.", getName(), id);
   }
@@ -136,13 +149,14 @@ Module* Module::getChild(unsigned int id, bool quiet) const {
 }
 
 void Module::addChild(Module* child) {
-  if (members::find<Module>(m_children, child->m_id) != nullptr) {
+  if (members::find<Module>(children(), child->m_id) != nullptr) {
     fatal("ERROR: (addChild) A child with the id '%d' already exists.\n",
           static_cast<int>(child->m_id));
   }
   Arena& arena = ModelState::current().arena;
-  members::append(arena, m_children, child);
-  members::indexLast<Module>(arena, m_children);
+  detail::Members& children = inside().children;
+  members::append(arena, children, child);
+  members::indexLast<Module>(arena, children);
   child->setPathWord(childPath());
   child->m_parent = this;
 }
@@ -161,7 +175,9 @@ void Module::updateVisibleChildren(bool recursive) {
   if (recursive) {
     for (Module* child : children) child->updateVisibleChildren(true);
   }
-  members::updateVisible<Module>(m_children, [](const Module* child) { return child->isHidden(); });
+  if (m_inside == nullptr) return;
+  members::updateVisible<Module>(m_inside->children,
+                                 [](const Module* child) { return child->isHidden(); });
 }
 
 void Module::updateVisibleSignals(bool recursive) {

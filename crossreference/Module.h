@@ -97,18 +97,24 @@ class XRF_API Module {
   const std::string* m_name;
   const std::string* m_def_name;
   const std::string* m_path;
-  const std::string* m_child_path = nullptr;
+  Module* m_parent = nullptr;
   // Signals that were made before the module got another path.
   struct EarlierPath {
     const Signal* signal;
     const std::string* path;
     EarlierPath* next;
   };
-  EarlierPath* m_earlier_paths = nullptr;
-  Module* m_parent = nullptr;
+  // What primitives, most of all modules, do without.
+  struct Inside {
+    detail::Members children;
+    const std::string* childPath = nullptr;
+    EarlierPath* earlierPaths = nullptr;
+  };
+  Inside& inside();
+  const detail::Members& children() const;
+  Inside* m_inside = nullptr;
   std::uint64_t m_init = 0;
   mutable detail::Members m_signals;
-  mutable detail::Members m_children;
   std::uint32_t m_id;
   opKind m_kind : 8;
   bool m_hidden : 1;

@@ -127,6 +127,10 @@ void NetGrouping::sortOneBitSignals() {
 
 void NetGrouping::makeNet(std::size_t from, std::size_t to) {
   Net* net = new Net;
+  const auto join = [net](Signal* signal) {
+    signal->m_net = net;
+    members::fill(net->m_signals, signal);
+  };
   std::uint32_t count = 0;
   for (std::size_t at = from; at < to; ++at) {
     count += m_groups[at].oneBit ? m_spans[m_groups[at].bit].count : 1;
@@ -134,19 +138,24 @@ void NetGrouping::makeNet(std::size_t from, std::size_t to) {
   members::reserve(m_model.arena, net->m_signals, count);
   for (std::size_t at = from; at < to; ++at) {
     const Group& group = m_groups[at];
-    const Span span = group.oneBit ? m_spans[group.bit] : Span{0, 0};
-    if (!group.oneBit) group.first->setNet(net);
-    for (std::uint32_t member = span.end - span.count; member < span.end; ++member) {
-      m_one_bit_signals[member]->setNet(net);
+    if (!group.oneBit) {
+      join(group.first);
+      continue;
     }
-    // The signals of the nets to come are all over memory.
-    constexpr std::uint32_t ahead = 8;
-    const std::size_t next = std::min<std::size_t>(span.end + ahead, m_one_bit_signals.size());
-    for (std::size_t member = span.end; group.oneBit && member < next; ++member) {
-      __builtin_prefetch(m_one_bit_signals[member]);
+    const Span span = m_spans[group.bit];
+    prefetch(span.end);
+    for (std::uint32_t member = span.end - span.count; member < span.end; ++member) {
+      join(m_one_bit_signals[member]);
     }
   }
   members::settle<Signal>(net->m_signals, true);
+}
+
+// The signals of the nets to come are all over memory.
+void NetGrouping::prefetch(std::size_t from) const {
+  constexpr std::size_t ahead = 8;
+  const std::size_t to = std::min(from + ahead, m_one_bit_signals.size());
+  for (; from < to; ++from) __builtin_prefetch(m_one_bit_signals[from]);
 }
 
 void NetGrouping::run() {

@@ -35,6 +35,7 @@ class NetGrouping {
   void collect();
   void sortGroups();
   void sortOneBitSignals();
+  void prefetch(std::size_t from) const;
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;

@@ -30,11 +30,14 @@ struct Members {
   std::uintptr_t* slots = nullptr;
   std::uint32_t* index = nullptr;
   std::uint32_t count = 0;
-  std::uint32_t capacity = 0;
   std::uint32_t listed = 0;
   std::uint32_t visible = 0;
-  std::uint32_t indexCapacity = 0;
+  std::uint8_t capacityBits = 0;  // of a set that grew; else it is full
+  std::uint8_t indexBits = 0;
   bool settled = true;
+
+  std::uint32_t capacity() const { return capacityBits == 0 ? count : 1U << capacityBits; }
+  std::uint32_t indexCapacity() const { return 1U << indexBits; }
 };
 
 }  // namespace detail
