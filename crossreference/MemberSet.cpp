@@ -75,7 +75,8 @@ Keyed keyed(std::uintptr_t slot) {
 
 template <class T>
 int order(const Keyed& a, const Keyed& b) {
-  if (a.key != b.key) return a.key < b.key ? -1 : 1;
+  const int byKey = OrderKey::compare(a.key, b.key);
+  if (byKey != 0 || (a.key.whole && b.key.whole)) return byKey;
   return order(object<T>(a.slot), object<T>(b.slot));
 }
 

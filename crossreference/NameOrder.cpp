@@ -77,7 +77,7 @@ OrderKey orderKeyOfModule(const std::string* name) {
   if constexpr (std::endian::native == std::endian::little) {
     for (std::uint64_t& word : bytes) word = __builtin_bswap64(word);
   }
-  return {bytes[0], bytes[1]};
+  return {bytes[0], bytes[1], name == nullptr || name->size() <= sizeof bytes};
 }
 
 OrderKey orderKeyOfSignal(const std::string* name) {
@@ -85,7 +85,9 @@ OrderKey orderKeyOfSignal(const std::string* name) {
   const IndexedName split = IndexedName::split(*name);
   if (!split.valid) return orderKeyOfModule(name);
   const std::string stand = std::string(split.base) + "<";
-  return orderKeyOfModule(&stand);
+  OrderKey key = orderKeyOfModule(&stand);
+  key.whole = false;
+  return key;
 }
 
 int orderOfModules(const std::string* a, const std::string* b) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,7 +24,12 @@ struct IndexedName {
 struct OrderKey {
   std::uint64_t first = 0;
   std::uint64_t second = 0;
-  auto operator<=>(const OrderKey&) const = default;
+  bool whole = true;  // nothing of the name is left out, so equal keys mean equal names
+  /// Negative, zero or positive.
+  static int compare(const OrderKey& a, const OrderKey& b) {
+    if (a.first != b.first) return a.first < b.first ? -1 : 1;
+    return a.second == b.second ? 0 : a.second < b.second ? -1 : 1;
+  }
 };
 OrderKey orderKeyOfSignal(const std::string* name);
 OrderKey orderKeyOfModule(const std::string* name);
