@@ -32,7 +32,30 @@ inline bool isEdif(EdifByte kind, char byte) {
   return (edifBytes[static_cast<unsigned char>(byte)] & kind) != 0;
 }
 
+/// Byte by byte, for any machine.
+namespace edif_single {
+
+inline const char* passBlanks(const char* at) {
+  while (isEdif(EdifBlank, *at)) ++at;
+  return at;
+}
+
+inline const char* findWordStop(const char* at) {
+  while (!isEdif(EdifWordStop, *at)) ++at;
+  return at;
+}
+
+inline const char* findStringStop(const char* at) {
+  while (!isEdif(EdifStringStop, *at)) ++at;
+  return at;
+}
+
+}  // namespace edif_single
+
 #if defined(__SSE2__)
+
+/// Sixteen bytes together.
+namespace edif_blocks {
 
 /// The bytes of a place that are examined together; a set of them has the lowest bit for the first.
 class EdifBlock {
@@ -95,22 +118,17 @@ inline const char* findStringStop(const char* at) {
   }
 }
 
+}  // namespace edif_blocks
+
+using edif_blocks::findStringStop;
+using edif_blocks::findWordStop;
+using edif_blocks::passBlanks;
+
 #else
 
-inline const char* passBlanks(const char* at) {
-  while (isEdif(EdifBlank, *at)) ++at;
-  return at;
-}
-
-inline const char* findWordStop(const char* at) {
-  while (!isEdif(EdifWordStop, *at)) ++at;
-  return at;
-}
-
-inline const char* findStringStop(const char* at) {
-  while (!isEdif(EdifStringStop, *at)) ++at;
-  return at;
-}
+using edif_single::findStringStop;
+using edif_single::findWordStop;
+using edif_single::passBlanks;
 
 #endif
 

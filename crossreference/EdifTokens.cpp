@@ -17,7 +17,8 @@ using State = EdifLexer::State;
 /// be looked up, so that their memory is fetched meanwhile.
 class EdifTokens::Writer {
  public:
-  Writer(EdifTokens& tokens, const EdifLexer& lexer) : m_tokens(tokens), m_lexer(lexer) {}
+  Writer(EdifTokens& tokens, const EdifLexer& lexer)
+      : m_tokens(tokens), m_lexer(lexer), m_names(tokens.m_words.names()) {}
 
   void open(const char* from) {
     put(token::Open, from);
@@ -74,6 +75,7 @@ class EdifTokens::Writer {
 
   EdifTokens& m_tokens;
   const EdifLexer& m_lexer;
+  NamePool& m_names;
   // The room up to the next checkpoint.
   std::uint32_t* m_next = nullptr;
   std::uint32_t* m_stop = nullptr;
@@ -87,7 +89,7 @@ void EdifTokens::Writer::wait(std::string_view text, const char* from, bool isSh
                               std::uint32_t mark) {
   put(0, from);
   const std::uint32_t hash = NamePool::hashOf(text);
-  m_tokens.m_words.prefetch(hash);
+  m_names.prefetch(hash);
   m_waiting[m_waits++] = {text, m_next - 1, hash, mark, isShort};
   if (m_waits == mostWaiting) forget();
 }
@@ -95,7 +97,7 @@ void EdifTokens::Writer::wait(std::string_view text, const char* from, bool isSh
 void EdifTokens::Writer::forget() {
   for (std::size_t at = 0; at < m_waits; ++at) {
     const Waiting& word = m_waiting[at];
-    const std::uint32_t code = m_tokens.m_words.getCode(word.text, word.hash);
+    const std::uint32_t code = m_tokens.m_words.codeOf(m_names.intern(word.text, word.hash));
     *word.place = code | word.mark;
     if (word.isShort) {
       const WordMemo::Key key = WordMemo::keyOf(word.text.data(), word.text.size());
@@ -107,9 +109,11 @@ void EdifTokens::Writer::forget() {
 
 void EdifTokens::Writer::makeRoom(const char* from) {
   const std::size_t used = size();
-  if (used % chunkSize == 0) m_tokens.m_chunks.push_back(allocateHuge(hugePage));
+  std::vector<Pages>& chunks = m_tokens.m_chunks;
+  // Most of a small netlist's only chunk is never touched.
+  if (used % chunkSize == 0) chunks.push_back(allocatePages(hugePage, !chunks.empty()));
   m_tokens.m_checkpoints.push_back(m_lexer.offsetOf(from));
-  m_next = static_cast<std::uint32_t*>(m_tokens.m_chunks.back().get()) + used % chunkSize;
+  m_next = static_cast<std::uint32_t*>(chunks.back().get()) + used % chunkSize;
   m_stop = m_next + checkpointDistance;
 }
 

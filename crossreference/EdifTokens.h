@@ -44,7 +44,7 @@ class EdifTokens {
   const TextSource& m_source;
   TokenMap& m_words;
   // Chunks, since a vector that grows takes twice and more what it holds.
-  std::vector<HugeMemory> m_chunks;
+  std::vector<Pages> m_chunks;
   std::size_t m_size = 0;
   std::vector<std::uint64_t> m_checkpoints;  // offset of every checkpointDistance-th token
   std::uint64_t m_place = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/HugePages.h>
 #include <support/WordBytes.h>
 
 #include <array>
@@ -8,7 +9,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace XRF_RTL2LL {
 
@@ -35,7 +35,7 @@ class NamePool {
   /// For a name whose `hashOf` is known.
   const std::string* intern(std::string_view name, std::uint32_t hash) {
     for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-      const Slot slot = m_slots[at];
+      const Slot slot = slots()[at];
       if (slot.number == freeSlot) return enter(name, hash);
       if (slot.hash != hash) continue;
       const Name& stored = nameAt(slot.number);
@@ -58,7 +58,7 @@ class NamePool {
     return static_cast<const Name*>(pooled)->number;
   }
   /// Fetches the memory that a look-up will need.
-  void prefetch(std::uint32_t hash) const { __builtin_prefetch(&m_slots[hash & m_mask]); }
+  void prefetch(std::uint32_t hash) const { __builtin_prefetch(slots() + (hash & m_mask)); }
 
  private:
   struct Name : std::string {
@@ -88,15 +88,17 @@ class NamePool {
 
   Name& nameAt(std::uint32_t number) const {
     const Place place(number);
-    return m_chunks[place.chunk][place.index];
+    return static_cast<Name*>(m_chunks[place.chunk].get())[place.index];
   }
+  Slot* slots() const { return static_cast<Slot*>(m_slots.get()); }
+  static Pages makeSlots(std::size_t count);
   const std::string* enter(std::string_view name, std::uint32_t hash);
   void grow();
 
-  std::array<Name*, chunks> m_chunks{};
+  std::array<Pages, chunks> m_chunks;
   std::uint32_t m_count = 0;
-  std::vector<Slot> m_slots;
-  std::size_t m_mask;
+  std::size_t m_mask = 63;
+  Pages m_slots;
 };
 
 }  // namespace XRF_RTL2LL

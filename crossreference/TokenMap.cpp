@@ -76,11 +76,9 @@ unsigned int TokenMap::getCode(std::string_view token) {
   return m_words->codeOf(m_words->pool.intern(token));
 }
 
-unsigned int TokenMap::getCode(std::string_view token, std::uint32_t hash) {
-  return m_words->codeOf(m_words->pool.intern(token, hash));
-}
+NamePool& TokenMap::names() const { return m_words->pool; }
 
-void TokenMap::prefetch(std::uint32_t hash) const { m_words->pool.prefetch(hash); }
+unsigned int TokenMap::codeOf(const std::string* pooled) { return m_words->codeOf(pooled); }
 
 unsigned int TokenMap::getCode(const std::string& token) {
   return getCode(std::string_view(token));

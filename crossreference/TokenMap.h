@@ -9,6 +9,8 @@
 
 namespace XRF_RTL2LL {
 
+class NamePool;
+
 /// Interns words as dense unsigned codes, handed out in order of first appearance. Words are
 /// compared byte by byte. The words are stored in the model that was current when the map was made.
 class XRF_API TokenMap {
@@ -32,10 +34,10 @@ class XRF_API TokenMap {
 
  private:
   friend class EdifTokens;
-  /// For a word whose `NamePool::hashOf` is known.
-  unsigned int getCode(std::string_view token, std::uint32_t hash);
-  /// Fetches the memory that a look-up will need.
-  void prefetch(std::uint32_t hash) const;
+  /// The pool that holds the words.
+  NamePool& names() const;
+  /// For a word of that pool.
+  unsigned int codeOf(const std::string* pooled);
 
   struct Words;
   std::unique_ptr<Words> m_words;

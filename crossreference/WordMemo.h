@@ -51,7 +51,7 @@ class WordMemo {
   }
 
  private:
-  static constexpr unsigned sizeBits = 10;
+  static constexpr unsigned sizeBits = 12;
   std::vector<Entry> m_entries;
 };
 

@@ -16,9 +16,8 @@ std::size_t sizeClass(std::size_t size) {
 void* Arena::allocateSlowly(std::size_t size) {
   const bool alone = size > largestBlock / 4;
   const std::size_t block = alone ? size : std::max(m_block, size);
-  // Not value-initialised: pages that no object reaches are never touched.
-  m_blocks.push_back(std::unique_ptr<char[]>(new char[block]));
-  char* start = m_blocks.back().get();
+  m_blocks.push_back(allocatePages(block, block >= hugePage));
+  char* start = static_cast<char*>(m_blocks.back().get());
   if (alone) return start;
   m_block = std::min(m_block * 2, largestBlock);
   m_next = start + size;

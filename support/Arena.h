@@ -1,9 +1,10 @@
 #pragma once
 
+#include <support/HugePages.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -50,7 +51,7 @@ class Arena {
   char* m_next = nullptr;
   std::size_t m_left = 0;
   std::size_t m_block = smallestBlock;
-  std::vector<std::unique_ptr<char[]>> m_blocks;
+  std::vector<Pages> m_blocks;
   std::array<FreeArray*, 64> m_free{};
 };
 

@@ -6,15 +6,14 @@
 
 namespace XRF_RTL2LL {
 
-void FreeHuge::operator()(void* memory) const { std::free(memory); }
+void FreePages::operator()(void* memory) const { std::free(memory); }
 
-HugeMemory allocateHuge(std::size_t size) {
-  const std::size_t whole = (size + hugePage - 1) & ~(hugePage - 1);
-  HugeMemory memory(std::aligned_alloc(hugePage, whole));
+Pages allocatePages(std::size_t size, bool large) {
+  if (large) size = (size + hugePage - 1) & ~(hugePage - 1);
+  Pages memory(large ? std::aligned_alloc(hugePage, size) : std::malloc(size));
   if (memory == nullptr) throw std::bad_alloc();
 #if defined(MADV_HUGEPAGE)
-  // A wish: what the kernel answers changes nothing.
-  static_cast<void>(::madvise(memory.get(), whole, MADV_HUGEPAGE));
+  if (large) static_cast<void>(::madvise(memory.get(), size, MADV_HUGEPAGE));
 #endif
   return memory;
 }

@@ -8,13 +8,14 @@ namespace XRF_RTL2LL {
 /// Size and alignment of the pages that large memory is best made of.
 inline constexpr std::size_t hugePage = std::size_t{1} << 21;
 
-struct FreeHuge {
+struct FreePages {
   void operator()(void* memory) const;
 };
-using HugeMemory = std::unique_ptr<void, FreeHuge>;
+using Pages = std::unique_ptr<void, FreePages>;
 
-/// Memory, aligned and in whole huge pages, that the kernel is asked to make of huge pages, so that
-/// it is mapped in few steps and found by few entries. Where it cannot, it is memory as any other.
-HugeMemory allocateHuge(std::size_t size);
+/// Memory that is not touched yet. The kernel is asked to make large memory of huge pages, so that
+/// it is mapped in few steps and found by few entries; what it answers changes nothing else. Throws
+/// std::bad_alloc.
+Pages allocatePages(std::size_t size, bool large);
 
 }  // namespace XRF_RTL2LL
