@@ -75,7 +75,7 @@ void Bit::enter(ModelState& model, unsigned int id) {
   m_linked = false;
   m_irregular = false;
   m_text = nullptr;
-  model.bits.add(this);
+  model.enter(this);
 }
 
 unsigned int Bit::getId() const { return m_id; }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 
 /// The sets of signals and modules that the model's classes keep: slots in the order of their
 /// names, sorted when first looked at after an addition, and found by number in constant time. Of
@@ -28,10 +29,12 @@ T* object(std::uintptr_t slot) {
   return reinterpret_cast<T*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
 }
 
-/// Makes room for exactly so many objects in a new set, which `fill` must add at once.
+/// Makes room for exactly so many objects in a new set; the caller fills the slots.
 void reserve(Arena& arena, detail::Members& set, std::uint32_t count);
-inline void fill(detail::Members& set, void* object) {
-  set.slots[set.count++] = reinterpret_cast<std::uintptr_t>(object) | unlisted;
+/// Takes slots from the arena, filled with pointers to objects, for those of a new set.
+inline void adopt(detail::Members& set, std::span<std::uintptr_t> slots) {
+  set.slots = slots.data();
+  set.count = static_cast<std::uint32_t>(slots.size());
   set.settled = false;
 }
 

@@ -3,6 +3,8 @@
 #include <crossreference/ModelState.h>
 #include <crossreference/Netlist.h>
 
+#include <type_traits>
+
 namespace XRF_RTL2LL {
 
 namespace {
@@ -27,9 +29,15 @@ Model& processModel() {
 
 }  // namespace
 
+// Objects that never leave need not know where they stand.
+template <class T>
+void Registry<T>::setPlace(T& object, std::size_t place) {
+  if constexpr (!std::is_same_v<T, Net>) object.m_place = static_cast<std::uint32_t>(place);
+}
+
 template <class T>
 void Registry<T>::add(T* object) {
-  object->m_place = static_cast<std::uint32_t>(m_slots.size());
+  setPlace(*object, m_slots.size());
   m_slots.push_back(reinterpret_cast<std::uintptr_t>(object));
   ++m_live;
 }
@@ -42,15 +50,19 @@ void Registry<T>::remove(const T* object) {
 }
 
 template <class T>
-void Registry<T>::compact() {
+std::size_t Registry<T>::compact(std::size_t place) {
   std::size_t kept = 0;
-  for (const std::uintptr_t slot : m_slots) {
+  std::size_t before = 0;
+  for (std::size_t at = 0; at < m_slots.size(); ++at) {
+    const std::uintptr_t slot = m_slots[at];
     if ((slot & 1) != 0) continue;
-    reinterpret_cast<T*>(slot)->m_place = static_cast<std::uint32_t>(kept);  // NOLINT
+    if (at < place) ++before;
+    setPlace(*reinterpret_cast<T*>(slot), kept);  // NOLINT(performance-no-int-to-ptr)
     m_slots[kept++] = slot;
   }
   m_slots.resize(kept);
   if (m_slots.capacity() > 2 * kept) m_slots.shrink_to_fit();
+  return before;
 }
 
 template <class T>
@@ -66,7 +78,8 @@ Range<T> Registry<T>::range() const {
 
 template class Registry<Bit>;
 template class Registry<Signal>;
-template class Registry<Net>;
+template void Registry<Net>::add(Net*);
+template Range<Net> Registry<Net>::range() const;
 
 ModelState::ModelState() = default;
 ModelState::~ModelState() = default;
@@ -75,6 +88,13 @@ ModelState& ModelState::current() {
   const Current& current = currentOfThread();
   if (current.state != nullptr) return *current.state;
   return *(current.model != nullptr ? *current.model : processModel()).m_state;
+}
+
+void ModelState::enter(Bit* bit) {
+  if (firstPassing != std::numeric_limits<std::size_t>::max() && bits.isLoose()) {
+    firstPassing = bits.compact(firstPassing);
+  }
+  bits.add(bit);
 }
 
 void* ModelState::takeBit() {
@@ -93,9 +113,9 @@ void ModelState::settleTree(const Module& module) {
 
 void ModelState::settleBits() {
   signals.each([](Signal* signal) {
-    BitRef* const* refs = signal->entries();
-    for (std::uint32_t at = 0; at < signal->m_count; ++at) {
-      if (refs[at] != nullptr) refs[at]->m_bit = refs[at]->getBit();
+    const Signal::Entries all = signal->entries();
+    for (std::uint32_t at = 0; at < all.count; ++at) {
+      if (all.refs[at] != nullptr) all.refs[at]->getBit();
     }
   });
   bits.compact();

@@ -24,8 +24,13 @@ class Registry {
  public:
   void add(T* object);
   void remove(const T* object);
-  /// Drops the slots of objects that left.
-  void compact();
+  /// Drops the slots of objects that left. Returns the place from which on those stand now that
+  /// stood from `place` on.
+  std::size_t compact(std::size_t place = 0);
+  /// Whether the next object would make room for many that are gone.
+  bool isLoose() const {
+    return m_slots.size() == m_slots.capacity() && m_live * 2 < m_slots.size();
+  }
   bool contains(const T* object) const;
   Range<T> range() const;
   std::size_t size() const { return m_live; }
@@ -42,6 +47,8 @@ class Registry {
   }
 
  private:
+  static void setPlace(T& object, std::size_t place);
+
   std::vector<std::uintptr_t> m_slots;
   std::size_t m_live = 0;
 };
@@ -78,6 +85,7 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
 
   /// Sorts all sets of a module and of those below it, so that look-ups change nothing.
   static void settleTree(const Module& module);
+  void enter(Bit* bit);
   /// Storage for a bit.
   void* takeBit();
   /// Whether a bit that is absorbed can be forgotten at once: a reader made it a moment ago, and

@@ -69,8 +69,10 @@ class SignatureWalk {
 }  // namespace
 
 int NetGrouping::compare(const Signal& a, const Signal& b) {
-  SignatureWalk walkA(a.m_msb, a.m_lsb, a.entries(), a.m_count);
-  SignatureWalk walkB(b.m_msb, b.m_lsb, b.entries(), b.m_count);
+  const Signal::Entries refsA = a.entries();
+  const Signal::Entries refsB = b.entries();
+  SignatureWalk walkA(a.m_msb, a.m_lsb, refsA.refs, refsA.count);
+  SignatureWalk walkB(b.m_msb, b.m_lsb, refsB.refs, refsB.count);
   while (true) {
     const std::uint64_t keyA = walkA.next();
     const std::uint64_t keyB = walkB.next();
@@ -81,29 +83,43 @@ int NetGrouping::compare(const Signal& a, const Signal& b) {
 
 // The bit of a signal that is just one, at index 0; else null.
 const Bit* NetGrouping::onlyBit(const Signal& signal) {
-  const bool oneBit = signal.m_msb == 0 && signal.m_lsb == 0 && signal.m_count == 1;
+  const bool oneBit = signal.m_msb == 0 && signal.m_lsb == 0 && signal.entries().count == 1;
   const BitRef* ref = oneBit ? signal.entry(0) : nullptr;
   return ref == nullptr ? nullptr : ref->getBit();
 }
 
+// How many groups there will be, since a vector that grows takes twice and more what it holds.
+std::size_t NetGrouping::countGroups() const {
+  std::vector<bool> seen(m_spans.size());
+  std::size_t groups = 0;
+  m_model.signals.each([&](const Signal* signal) {
+    const Bit* bit = onlyBit(*signal);
+    if (bit != nullptr && seen[bit->m_place]) return;
+    if (bit != nullptr) seen[bit->m_place] = true;
+    ++groups;
+  });
+  return groups;
+}
+
 void NetGrouping::collect() {
   m_spans.resize(m_model.bits.size());
-  const std::uint64_t zero = textKey(0, false);
+  m_groups.reserve(countGroups());
   m_model.signals.each([&](Signal* signal) {
     if (const Bit* bit = onlyBit(*signal)) {
       if (m_spans[bit->m_place].count++ > 0) return;
-      m_groups.push_back({zero, textKey(bit->m_id, false), signal, bit->m_place, true});
+      m_groups.push_back({textKey(bit->m_id, false), signal, 0, bit->m_place});
       return;
     }
-    SignatureWalk walk(signal->m_msb, signal->m_lsb, signal->entries(), signal->m_count);
-    const std::uint64_t msb = walk.next();
-    m_groups.push_back({msb, walk.next(), signal, 0, false});
+    const Signal::Entries all = signal->entries();
+    SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
+    walk.next();
+    m_groups.push_back({walk.next(), signal, signal->m_msb, several});
   });
 }
 
 void NetGrouping::sortGroups() {
   std::sort(m_groups.begin(), m_groups.end(), [](const Group& a, const Group& b) {
-    if (a.msb != b.msb) return a.msb < b.msb;
+    if (a.msb != b.msb) return textKey(a.msb, false) < textKey(b.msb, false);
     if (a.firstId != b.firstId) return a.firstId < b.firstId;
     if (a.first == b.first) return false;
     const int order = compare(*a.first, *b.first);
@@ -111,51 +127,59 @@ void NetGrouping::sortGroups() {
   });
 }
 
-// Lays the signals of each net side by side, so that nets are made without a search.
+// Lays the signals of each net side by side, in what becomes the slots of the nets.
 void NetGrouping::sortOneBitSignals() {
   std::uint32_t total = 0;
   for (const Group& group : m_groups) {
-    if (!group.oneBit) continue;
+    if (!group.oneBit()) continue;
     m_spans[group.bit].end = total;
     total += m_spans[group.bit].count;
   }
-  m_one_bit_signals.resize(total);
+  m_one_bit_signals = {
+      static_cast<std::uintptr_t*>(m_model.arena.allocate(total * sizeof(std::uintptr_t))), total};
   m_model.signals.each([&](Signal* signal) {
-    if (const Bit* bit = onlyBit(*signal)) m_one_bit_signals[m_spans[bit->m_place].end++] = signal;
+    const Bit* bit = onlyBit(*signal);
+    if (bit == nullptr) return;
+    m_one_bit_signals[m_spans[bit->m_place].end++] = reinterpret_cast<std::uintptr_t>(signal);
   });
 }
 
 void NetGrouping::makeNet(std::size_t from, std::size_t to) {
   Net* net = new Net;
-  const auto join = [net](Signal* signal) {
-    signal->m_net = net;
-    members::fill(net->m_signals, signal);
-  };
-  std::uint32_t count = 0;
-  for (std::size_t at = from; at < to; ++at) {
-    count += m_groups[at].oneBit ? m_spans[m_groups[at].bit].count : 1;
+  detail::Members& set = net->m_signals;
+  const Group& group = m_groups[from];
+  if (to - from == 1 && group.oneBit()) {
+    const Span span = m_spans[group.bit];
+    prefetch(span.end);
+    members::adopt(set, m_one_bit_signals.subspan(span.end - span.count, span.count));
+  } else {
+    joinGroups(set, from, to);
   }
-  members::reserve(m_model.arena, net->m_signals, count);
+  members::each<Signal>(set, [net](Signal* signal) { signal->m_net = net; });
+  members::settle<Signal>(set, true);
+}
+
+void NetGrouping::joinGroups(detail::Members& set, std::size_t from, std::size_t to) {
   for (std::size_t at = from; at < to; ++at) {
     const Group& group = m_groups[at];
-    if (!group.oneBit) {
-      join(group.first);
+    if (!group.oneBit()) {
+      members::append(m_model.arena, set, group.first);
       continue;
     }
     const Span span = m_spans[group.bit];
-    prefetch(span.end);
-    for (std::uint32_t member = span.end - span.count; member < span.end; ++member) {
-      join(m_one_bit_signals[member]);
+    for (const std::uintptr_t slot : m_one_bit_signals.subspan(span.end - span.count, span.count)) {
+      members::append(m_model.arena, set, members::object<Signal>(slot));
     }
   }
-  members::settle<Signal>(net->m_signals, true);
 }
 
 // The signals of the nets to come are all over memory.
 void NetGrouping::prefetch(std::size_t from) const {
   constexpr std::size_t ahead = 8;
   const std::size_t to = std::min(from + ahead, m_one_bit_signals.size());
-  for (; from < to; ++from) __builtin_prefetch(m_one_bit_signals[from]);
+  for (; from < to; ++from) {
+    __builtin_prefetch(members::object<Signal>(m_one_bit_signals[from]));
+  }
 }
 
 void NetGrouping::run() {

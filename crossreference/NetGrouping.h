@@ -2,6 +2,7 @@
 
 #include <crossreference/ModelState.h>
 
+#include <span>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -19,12 +20,14 @@ class NetGrouping {
  private:
   // All signals that are just one bit, or one signal whose equals stand beside it once sorted.
   struct Group {
-    std::uint64_t msb;
-    std::uint64_t firstId;
+    std::uint64_t firstId;  // as a key, like all numbers of a signature
     Signal* first;
-    std::uint32_t bit;  // the place of the one bit
-    bool oneBit;
+    std::uint32_t msb;
+    std::uint32_t bit;  // the place of the one bit, or `several`
+
+    bool oneBit() const { return bit != several; }
   };
+  static constexpr std::uint32_t several = 0xffffffffU;
   // Where the signals of a bit stand among all one-bit signals.
   struct Span {
     std::uint32_t end;
@@ -32,16 +35,18 @@ class NetGrouping {
   };
 
   static const Bit* onlyBit(const Signal& signal);
+  std::size_t countGroups() const;
   void collect();
   void sortGroups();
   void sortOneBitSignals();
   void prefetch(std::size_t from) const;
+  void joinGroups(detail::Members& set, std::size_t from, std::size_t to);
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;
   std::vector<Group> m_groups;
-  std::vector<Span> m_spans;               // by the places of the bits
-  std::vector<Signal*> m_one_bit_signals;  // net by net
+  std::vector<Span> m_spans;                    // by the places of the bits
+  std::span<std::uintptr_t> m_one_bit_signals;  // net by net
 };
 
 }  // namespace XRF_RTL2LL

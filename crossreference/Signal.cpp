@@ -5,6 +5,7 @@
 #include <support/Report.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <new>
 
@@ -30,6 +31,32 @@ void checkWidth(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
 
 }  // namespace
 
+// An array of references, with room for more indices.
+struct alignas(BitRef*) Signal::Wide {
+  std::uint32_t first = 0;
+  std::uint32_t count = 0;
+  std::uint32_t capacity = 0;
+
+  BitRef** refs() { return reinterpret_cast<BitRef**>(this + 1); }
+  static std::size_t bytes(std::size_t capacity) {
+    return sizeof(Wide) + capacity * sizeof(BitRef*);
+  }
+  // An array that is made with the signal fits; one that grows has room to grow on.
+  static Wide* make(Arena& arena, std::uint32_t count, const Wide* outgrown) {
+    const std::size_t wanted =
+        outgrown == nullptr ? count : std::max<std::size_t>(count, 2UL * outgrown->capacity);
+    const std::size_t size = outgrown == nullptr ? bytes(wanted) : std::bit_ceil(bytes(wanted));
+    void* place = outgrown == nullptr ? arena.allocate(size) : arena.allocateArray<char>(size);
+    Wide* made = new (place) Wide;
+    made->capacity = static_cast<std::uint32_t>((size - sizeof(Wide)) / sizeof(BitRef*));
+    return made;
+  }
+  static void giveBack(Arena& arena, Wide* outgrown) {
+    const std::size_t size = bytes(outgrown->capacity);
+    if (std::has_single_bit(size)) arena.recycle(reinterpret_cast<char*>(outgrown), size);
+  }
+};
+
 void* Signal::operator new(std::size_t size) {
   // The caller may have been compiled with an older, smaller class.
   return ModelState::current().arena.allocate(std::max(size, sizeof(Signal)));
@@ -44,6 +71,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
                unsigned int lsb, unsigned int msb, bool noBits)
     : m_name(name), m_module(module), m_refs{nullptr}, m_id(id), m_lsb(lsb), m_msb(msb) {
   m_kind = WIRE;
+  m_wide = false;
   m_hidden = false;
   m_src_state = false;
   m_port = false;
@@ -68,49 +96,66 @@ void Signal::addBit(ModelState& model, unsigned int index) {
   auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(this, index);
   ref->m_bit = new (model.takeBit()) Bit(model);
   ref->m_bit->append(ref);
-  entries()[index - m_first] = ref;
+  store(index, ref);
 }
 
 void Signal::clearInferred() {
-  for (std::uint32_t at = 0; at < m_count; ++at) entries()[at]->m_bit->m_inferred = false;
+  const Entries all = entries();
+  for (std::uint32_t at = 0; at < all.count; ++at) all.refs[at]->m_bit->m_inferred = false;
   m_inferred_left = false;
 }
 
+Signal::Entries Signal::entries() const {
+  if (m_wide) return {m_refs.wide->refs(), m_refs.wide->first, m_refs.wide->count};
+  auto** one = const_cast<BitRef**>(&m_refs.one);
+  return {one, m_lsb, m_refs.one == nullptr ? 0U : 1U};
+}
+
 BitRef* Signal::entry(std::uint64_t index) const {
-  return index < m_first || index - m_first >= m_count ? nullptr : entries()[index - m_first];
+  const Entries all = entries();
+  return index < all.first || index - all.first >= all.count ? nullptr
+                                                             : all.refs[index - all.first];
+}
+
+void Signal::store(std::uint32_t index, BitRef* ref) {
+  if (m_wide) {
+    m_refs.wide->refs()[index - m_refs.wide->first] = ref;
+  } else {
+    m_refs.one = ref;
+  }
 }
 
 // Makes room for the references of first..last beside those that are there.
 void Signal::cover(ModelState& model, std::uint64_t first, std::uint64_t last) {
-  if (m_count != 0) {
-    first = std::min<std::uint64_t>(first, m_first);
-    last = std::max<std::uint64_t>(last, std::uint64_t{m_first} + m_count - 1);
+  const Entries before = entries();
+  if (before.count != 0) {
+    first = std::min<std::uint64_t>(first, before.first);
+    last = std::max<std::uint64_t>(last, std::uint64_t{before.first} + before.count - 1);
   }
   const auto count = static_cast<std::uint32_t>(last - first + 1);
-  if (m_count == 0 && count == 1) {
-    m_refs.one = nullptr;
-  } else if (count > m_count) {
-    BitRef* const* before = entries();
-    const std::uint32_t shift = m_count == 0 ? 0 : m_first - static_cast<std::uint32_t>(first);
-    const bool grown = std::max(m_capacity, 1U) < count;
-    const std::uint32_t capacity = grown ? std::max(count, m_capacity * 2) : m_capacity;
-    BitRef** after = grown ? model.arena.allocateArray<BitRef*>(capacity) : m_refs.many;
-    std::memmove(after + shift, before, m_count * sizeof(BitRef*));
-    std::fill_n(after, shift, nullptr);
-    std::fill(after + shift + m_count, after + count, nullptr);
-    if (grown && m_capacity != 0) model.arena.recycle(m_refs.many, m_capacity);
-    m_refs.many = after;
-    m_capacity = capacity;
-  }
-  m_first = static_cast<std::uint32_t>(first);
-  m_count = count;
+  const bool onlyIndex = first == last && first == m_lsb && m_lsb == m_msb;
+  if ((!m_wide && onlyIndex) || count == before.count) return;
+  Wide* outgrown = m_wide ? m_refs.wide : nullptr;
+  const bool fits = m_wide && outgrown->capacity >= count;
+  Wide* wide = fits ? outgrown : Wide::make(model.arena, count, outgrown);
+  const std::uint32_t shift =
+      before.count == 0 ? 0 : before.first - static_cast<std::uint32_t>(first);
+  BitRef** after = wide->refs();
+  std::memmove(after + shift, before.refs, before.count * sizeof(BitRef*));
+  std::fill_n(after, shift, nullptr);
+  std::fill(after + shift + before.count, after + count, nullptr);
+  if (m_wide && !fits) Wide::giveBack(model.arena, outgrown);
+  wide->first = static_cast<std::uint32_t>(first);
+  wide->count = count;
+  m_refs.wide = wide;
+  m_wide = true;
 }
 
 template <class Visit>
 void Signal::eachBit(Visit visit) const {
-  BitRef* const* refs = entries();
-  for (std::uint32_t at = 0; at < m_count; ++at) {
-    const Bit* bit = refs[at] == nullptr ? nullptr : refs[at]->getBit();
+  const Entries all = entries();
+  for (std::uint32_t at = 0; at < all.count; ++at) {
+    const Bit* bit = all.refs[at] == nullptr ? nullptr : all.refs[at]->getBit();
     if (bit != nullptr) visit(*bit);
   }
 }
@@ -166,8 +211,11 @@ void Signal::setBitRef(unsigned int index, BitRef* ref) {
     fatalHere("Signal %s has no place for a reference at %u, above its range.",
               getFullName().c_str(), index);
   }
-  if (index < m_first || index - m_first >= m_count) cover(ModelState::current(), index, index);
-  entries()[index - m_first] = ref;
+  const Entries all = entries();
+  if (index < all.first || index - all.first >= all.count) {
+    cover(ModelState::current(), index, index);
+  }
+  store(index, ref);
 }
 
 void Signal::setNet(Net* net) {
@@ -187,8 +235,9 @@ void Signal::disable() {
 
 void Signal::setSrcState() {
   m_src_state = true;
-  for (std::uint32_t at = 0; at < m_count; ++at) {
-    const BitRef* ref = m_first + at < m_lsb ? nullptr : entries()[at];
+  const Entries all = entries();
+  for (std::uint32_t at = 0; at < all.count; ++at) {
+    const BitRef* ref = all.first + at < m_lsb ? nullptr : all.refs[at];
     Bit* bit = ref == nullptr ? nullptr : ref->getBit();
     if (bit != nullptr) bit->setSrc(true);
   }
@@ -238,9 +287,10 @@ bool Signal::allOnes() const {
 
 std::string Signal::getValueStr(bool display) const {
   std::string text;
-  BitRef* const* refs = entries();
-  for (std::uint32_t at = m_count; at > 0; --at) {
-    const Bit* bit = refs[at - 1] == nullptr ? nullptr : refs[at - 1]->getBit();
+  const Entries all = entries();
+  for (std::uint32_t at = all.count; at > 0; --at) {
+    const BitRef* ref = all.refs[at - 1];
+    const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
     if (bit != nullptr) text += bit->getValueStr(display);
   }
   return text;
@@ -263,8 +313,9 @@ void Signal::expand(unsigned int lsb, unsigned int msb) {
   }
   if (lsb < m_lsb) {
     // Room below as above grows with the signal, so that growing bit by bit stays cheap.
-    const std::uint32_t spare = m_count == 0 ? 0 : std::min(lsb, m_msb - lsb);
-    if (m_count == 0 || lsb < m_first) cover(model, lsb - spare, m_lsb - 1);
+    const Entries all = entries();
+    const std::uint32_t spare = all.count == 0 ? 0 : std::min(lsb, m_msb - lsb);
+    if (all.count == 0 || lsb < all.first) cover(model, lsb - spare, m_lsb - 1);
     for (std::uint32_t index = lsb; index < m_lsb; ++index) addBit(model, index);
     m_lsb = lsb;
   }
@@ -272,10 +323,11 @@ void Signal::expand(unsigned int lsb, unsigned int msb) {
 
 bool Signal::merge(Signal* other, unsigned int offset) {
   bool conflict = false;
-  for (std::uint32_t at = 0; at < m_count; ++at) {
-    BitRef* ref = entries()[at];
-    if (ref == nullptr || m_first + at < m_lsb) continue;
-    BitRef* absorbed = other->getBitRef(m_first + at + offset, true);
+  const Entries all = entries();
+  for (std::uint32_t at = 0; at < all.count; ++at) {
+    BitRef* ref = all.refs[at];
+    if (ref == nullptr || all.first + at < m_lsb) continue;
+    BitRef* absorbed = other->getBitRef(all.first + at + offset, true);
     if (absorbed == nullptr || conflict) continue;
     conflict = ref->merge(absorbed) != 0;
   }

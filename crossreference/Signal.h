@@ -111,10 +111,18 @@ class XRF_API Signal {
   Signal(ModelState& model, Module* module, const std::string* name, unsigned int id,
          unsigned int lsb, unsigned int msb, bool noBits);
   void enter(ModelState& model, bool noBits);
+  // The references of the indices from `first` upward.
+  struct Entries {
+    BitRef** refs;
+    std::uint32_t first;
+    std::uint32_t count;
+  };
+  struct Wide;
+
+  Entries entries() const;
   BitRef* entry(std::uint64_t index) const;
-  BitRef** entries() { return m_capacity == 0 ? &m_refs.one : m_refs.many; }
-  BitRef* const* entries() const { return m_capacity == 0 ? &m_refs.one : m_refs.many; }
   void cover(ModelState& model, std::uint64_t first, std::uint64_t last);
+  void store(std::uint32_t index, BitRef* ref);
   void addBit(ModelState& model, unsigned int index);
   // Takes the mark from all bits of a new signal, as a netlist does for what it declares.
   void clearInferred();
@@ -124,19 +132,17 @@ class XRF_API Signal {
   const std::string* m_name;
   Module* m_module;
   Net* m_net = nullptr;
-  // References of the indices from m_first upward, m_count of them; one is stored in place.
+  // The one reference that there is, or all in an array.
   union {
     BitRef* one;
-    BitRef** many;
+    Wide* wide;
   } m_refs;
   std::uint32_t m_id;
   std::uint32_t m_lsb;
   std::uint32_t m_msb;
-  std::uint32_t m_first = 0;
-  std::uint32_t m_count = 0;
-  std::uint32_t m_capacity = 0;
   std::uint32_t m_place = 0;
   signalKind m_kind : 8;
+  bool m_wide : 1;
   bool m_hidden : 1;
   bool m_src_state : 1;
   bool m_port : 1;
@@ -181,7 +187,6 @@ class XRF_API Net {
 
   mutable detail::Members m_signals;
   std::uint32_t m_id;
-  std::uint32_t m_place = 0;
   bool m_enabled = false;
 };
 
