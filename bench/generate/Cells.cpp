@@ -74,18 +74,21 @@ std::string_view cellPrefix(CellKind kind) {
                                                                       "LUT1",
                                                                       "RTL_LATCH__",
                                                                       "RTL_INV",
-                                                                      "RTL_wide_fd"};
+                                                                      "RTL_wide_fd",
+                                                                      "RAMB36",
+                                                                      "MULT"};
   return kNames[static_cast<size_t>(kind)];
 }
 
 }  // namespace
 
 std::string_view pinName(Pin pin) {
-  static constexpr std::array<std::string_view, 33> kNames = {
-      "I0", "I1", "I2",  "I3",  "I4",  "I5",     "I",      "O",   "S",    "C",     "CE",
-      "D",  "Q",  "R",   "RST", "SET", "CLR",    "PRE",    "G",   "P",    "CI",    "CYINIT",
-      "DI", "CO", "clk", "rst", "en",  "sel[0]", "sel[1]", "din", "dout", "valid", "GE"};
-  static_assert(kNames.size() == static_cast<size_t>(Pin::GE) + 1);
+  static constexpr std::array<std::string_view, 43> kNames = {
+      "I0",  "I1",  "I2",  "I3",  "I4",    "I5",     "I",      "O",   "S",    "C",     "CE",
+      "D",   "Q",   "R",   "RST", "SET",   "CLR",    "PRE",    "G",   "P",    "CI",    "CYINIT",
+      "DI",  "CO",  "clk", "rst", "en",    "sel[0]", "sel[1]", "din", "dout", "valid", "GE",
+      "DOA", "DOB", "DIA", "DIB", "ADDRA", "ADDRB",  "WE",     "A",   "B",    "MODE"};
+  static_assert(kNames.size() == static_cast<size_t>(Pin::MODE) + 1);
   return kNames[static_cast<size_t>(pin)];
 }
 
@@ -150,6 +153,14 @@ std::vector<Port> cellPorts(Cell cell) {
               {Pin::C, false},
               {Pin::CE, false},
               {Pin::D, false, cell.number}};
+    case CellKind::BlockMemory:
+      return {{Pin::DOA, true, 32},  {Pin::DOB, true, 16},    {Pin::DIA, false, 32},
+              {Pin::DIB, false, 32}, {Pin::ADDRA, false, 16}, {Pin::ADDRB, false, 16},
+              {Pin::WE, false, 8},   {Pin::C, false},         {Pin::CE, false},
+              {Pin::R, false}};
+    case CellKind::Multiplier:
+      return {{Pin::P, true, 48}, {Pin::A, false, 30},   {Pin::B, false, 18}, {Pin::DI, false, 48},
+              {Pin::C, false},    {Pin::MODE, false, 7}, {Pin::CE, false},    {Pin::R, false}};
     case CellKind::OutputBuffer:
     case CellKind::InputBuffer:
     case CellKind::ClockBuffer:

@@ -45,6 +45,16 @@ enum class Pin : uint8_t {
   Dout,
   Valid,
   GE,
+  DOA,
+  DOB,
+  DIA,
+  DIB,
+  ADDRA,
+  ADDRB,
+  WE,
+  A,
+  B,
+  MODE,
 };
 
 std::string_view pinName(Pin pin);
@@ -96,6 +106,8 @@ enum class CellKind : uint8_t {
   RtlLatch,
   RtlInverter,
   RtlWideRegister,
+  BlockMemory,
+  Multiplier,
 };
 
 struct Cell {
@@ -103,7 +115,7 @@ struct Cell {
   uint16_t number = 0;
 };
 
-constexpr uint32_t kCellKinds = static_cast<uint32_t>(CellKind::RtlWideRegister) + 1;
+constexpr uint32_t kCellKinds = static_cast<uint32_t>(CellKind::Multiplier) + 1;
 constexpr uint32_t kCellNumbers = 512;
 
 std::string cellName(Cell cell);

@@ -24,6 +24,8 @@ constexpr uint32_t kGenerateLoop = 3;
 constexpr uint32_t kBlocksPerCluster = 8;
 constexpr uint32_t kDeepLevels = 50;
 constexpr uint32_t kTopPortWidth = 8;
+/// Where there are few levels, names tell more.
+constexpr std::string_view kFieldPrefix = "datapath_stage_";
 
 std::string numbered(std::string_view word, uint64_t number) {
   std::string text(word);
@@ -69,6 +71,7 @@ Design::Design(const Options& options) : options_(options) {
   uint64_t remaining = options.registers;
   if (options.shape == Shape::Tree || options.shape == Shape::Narrow) planTree(remaining);
   if (options.shape == Shape::Deep) planDeep(remaining);
+  if (options.shape == Shape::Field) planField(remaining);
   // The top takes what is left, so the design has exactly as many registers as asked for.
   addPlan(Level::Top, static_cast<uint32_t>(remaining), kTopPortWidth, std::move(topChildren_));
 }
@@ -162,6 +165,18 @@ void Design::planDeep(uint64_t& remaining) {
   } while (remaining > kChain);
 }
 
+void Design::planField(uint64_t& remaining) {
+  constexpr uint32_t kLeast = 1000;
+  constexpr uint32_t kPortWidth = 32;
+  while (remaining > uint64_t{2} * kLeast) {
+    Random random(scramble(options_.seed, 4, plans_.size()));
+    const uint32_t registers = kLeast + random.below(kLeast);
+    const uint32_t definition = addPlan(Level::Unit, registers, kPortWidth, {});
+    remaining -= registers;
+    topChildren_.push_back({definition, numbered("u", topChildren_.size()), {}});
+  }
+}
+
 std::string Design::definitionName(uint32_t definition) const {
   switch (plans_[definition].level) {
     case Level::Unit:
@@ -226,7 +241,8 @@ void Design::addBanks(Module& module, Level level) const {
   // parent module, and must not meet a register of the same name there.
   static constexpr std::array<std::string_view, 5> kPrefixes = {"", "blk_", "clu_", "", "top_"};
   if (module.registers == 0) return;
-  const std::string_view prefix = kPrefixes[static_cast<size_t>(level)];
+  const bool isField = options_.shape == Shape::Field;
+  const std::string_view prefix = isField ? kFieldPrefix : kPrefixes[static_cast<size_t>(level)];
   if (!options_.hazards) {
     addPlainBanks(module, prefix, options_.renames);
     return;

@@ -17,6 +17,7 @@ enum class Shape : uint8_t {
   Narrow,  ///< four levels, a handful of registers in each of very many modules
   Deep,    ///< chains of fifty levels
   Wide,    ///< one flat module, whose clock net reaches every register
+  Field,   ///< a few large modules, with what makes netlists of real projects long
 };
 
 struct Options {
@@ -230,6 +231,7 @@ class Design {
   bool planCluster(uint64_t& remaining, std::vector<Child>& parent);
   bool planBlock(uint64_t& remaining, std::vector<Child>& parent);
   void planDeep(uint64_t& remaining);
+  void planField(uint64_t& remaining);
   std::string loopName(uint32_t copy) const;
   void addBanks(Module& module, Level level) const;
   bool has(Hazard hazard) const { return options_.hazards && options_.hazards->has(hazard); }

@@ -68,13 +68,17 @@ Cell declaredCell(Cell cell) {
   return isLut ? lutCell(1) : cell;
 }
 
-CellSet synthesizedCells() {
+CellSet synthesizedCells(Shape shape) {
   CellSet cells;
   for (uint32_t inputs = 1; inputs <= 6; ++inputs) cells.insert(lutCell(inputs));
   for (const CellKind kind :
        {CellKind::Fdre, CellKind::Fdse, CellKind::Fdce, CellKind::Fdpe, CellKind::Carry,
         CellKind::InputBuffer, CellKind::ClockBuffer, CellKind::Ground, CellKind::Power}) {
     cells.insert({kind});
+  }
+  if (shape == Shape::Field) {
+    cells.insert({CellKind::BlockMemory});
+    cells.insert({CellKind::Multiplier});
   }
   return cells;
 }
@@ -181,7 +185,7 @@ class EdifWriter {
 
   CellSet usedCells() const {
     if (view_ == View::Elaborated) return elaboratedCells(design_);
-    return implementation_ == nullptr ? synthesizedCells()
+    return implementation_ == nullptr ? synthesizedCells(design_.options().shape)
                                       : implementedCells(design_, *implementation_);
   }
 
@@ -340,7 +344,9 @@ class EdifWriter {
       return;
     }
     out_ << cellName(instance.cell) << " (libraryref prims)))";
-    writeProperties(instance.cell, scramble(module.seed, 9, index));
+    const uint64_t lot = scramble(module.seed, 9, index);
+    writeProperties(instance.cell, lot);
+    if (view_ == View::Synthesized && design_.options().shape == Shape::Field) writeOrigin(lot);
     out_ << ")\n";
   }
 
@@ -375,6 +381,14 @@ class EdifWriter {
       default:
         break;
     }
+  }
+
+  /// What tools note of an instance for themselves.
+  void writeOrigin(uint64_t lot) {
+    out_ << "\n      (property box_type (string \"primitive\"))"
+         << "\n      (property lut_pair (string \"soft_pair_" << lot % 100'000 << "\"))"
+         << "\n      (property source (string \"rtl/datapath/stage_" << lot % 37
+         << ".v:" << lot % 997 << "\"))";
   }
 
   void writeLutContents(uint32_t inputs, uint64_t lot) {

@@ -3,6 +3,7 @@
 #include "OutputFile.h"
 #include "Random.h"
 #include "RegisterNames.h"
+#include "WideCells.h"
 #include "Wiring.h"
 
 #include <algorithm>
@@ -20,12 +21,16 @@ constexpr uint32_t kCarryBits = 4;
 class Synthesis {
  public:
   Synthesis(const Design& design, const Module& module)
-      : module_(module), wiring_(design, module, View::Synthesized, netlist_) {}
+      : module_(module),
+        wiring_(design, module, View::Synthesized, netlist_),
+        wideCells_(module, wiring_, netlist_),
+        hasWideCells_(design.options().shape == Shape::Field) {}
 
   ModuleNetlist run() {
     for (const Bank& bank : module_.banks) {
       carry_ = ModuleNetlist::kNone;
       for (uint32_t bit = 0; bit < bank.size(); ++bit) {
+        if (hasWideCells_) wideCells_.addBeside(bank, bit);
         if (usesCarry(bank) && bit % bank.width % kCarryBits == 0) addCarry(bank, bit);
         if (module_.isImplemented(bank, bit)) addRegister(bank, bit, addLogic(bank, bit));
       }
@@ -93,6 +98,7 @@ class Synthesis {
       addSource(wiring_.operand(bank.a, bit + distance));
       addSource(wiring_.operand(bank.b, bit + distance));
     }
+    addSource(wideCells_.output(bit));
   }
 
   void addSource(uint32_t net) {
@@ -171,7 +177,9 @@ class Synthesis {
   ModuleNetlist netlist_;
   Wiring wiring_;
   uint32_t carry_ = ModuleNetlist::kNone;
-  std::array<uint32_t, 12> sources_{};
+  WideCells wideCells_;
+  bool hasWideCells_;
+  std::array<uint32_t, 13> sources_{};
   uint32_t sourceCount_ = 0;
 };
 

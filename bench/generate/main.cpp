@@ -23,7 +23,7 @@ namespace {
 constexpr uint64_t kMaxRegisters = 100'000'000;
 
 constexpr const char* kUsage =
-    "usage: generate --registers N --out DIR [--seed S] [--shape tree|narrow|deep|wide]\n"
+    "usage: generate --registers N --out DIR [--seed S] [--shape SHAPE]\n"
     "                [--renames] [--hazards LIST|all|none]\n"
     "       generate --list-hazards\n"
     "\n"
@@ -39,7 +39,8 @@ constexpr const char* kUsage =
     "  --out DIR       where to write; the directory is made if need be\n"
     "  --seed S        which of the designs of that size (default 1)\n"
     "  --shape SHAPE   tree: four levels (default); narrow: many small modules;\n"
-    "                  deep: fifty levels; wide: one flat module\n"
+    "                  deep: fifty levels; wide: one flat module; field: a few large modules,\n"
+    "                  printable names, wide cells and properties, as netlists of real projects\n"
     "  --renames       printable names beside the identifiers, as today's tools write them\n"
     "  --hazards LIST  a design of plain names with these habits of real ones, names with commas\n"
     "                  between them; printable names too, and a list of what extended reading "
@@ -72,6 +73,7 @@ generate::Shape parseShape(std::string_view text) {
   if (text == "narrow") return generate::Shape::Narrow;
   if (text == "deep") return generate::Shape::Deep;
   if (text == "wide") return generate::Shape::Wide;
+  if (text == "field") return generate::Shape::Field;
   throw UsageError("--shape: unknown shape: " + std::string(text));
 }
 
@@ -120,6 +122,7 @@ Arguments parseArguments(int count, char** words) {
   }
   if (!hasRegisters) throw UsageError("--registers is missing");
   if (arguments.directory.empty()) throw UsageError("--out is missing");
+  if (arguments.options.shape == generate::Shape::Field) arguments.options.renames = true;
   const uint64_t registers = arguments.options.registers;
   if (registers < 1 || registers > kMaxRegisters) throw UsageError("--registers: out of range");
   return arguments;

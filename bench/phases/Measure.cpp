@@ -33,6 +33,11 @@ Memory memory() {
   return result;
 }
 
+uint64_t allocatedBytes() {
+  const struct mallinfo2 heap = mallinfo2();
+  return heap.uordblks + heap.hblkhd;
+}
+
 void releaseFreeMemory() { malloc_trim(0); }
 
 bool forgetPeak() {

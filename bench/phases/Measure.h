@@ -13,6 +13,9 @@ struct Memory {
 };
 
 Memory memory();
+/// Bytes that the program asked for and did not free: other than resident pages, always the same
+/// for the same work.
+uint64_t allocatedBytes();
 /// Gives free memory back to the kernel, so that what remains resident is in use.
 void releaseFreeMemory();
 /// Starts the peak anew at what is resident now. False where the kernel does not offer it.
