@@ -41,6 +41,7 @@ class XRF_API BitRef {
   friend class Bit;
   friend class Signal;
   friend class RegisterTies;
+  friend class NetGrouping;
   friend struct ModelState;
   friend XRF_API void* detail::advance(detail::Cursor&);
 

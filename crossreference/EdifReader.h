@@ -102,7 +102,12 @@ class EdifReader {
   void elaborate_cell(std::uint32_t cell);
   void elaborate_body(CellRecord& record);
   bool copy_ports(const CellRecord& record);
-  void spend(std::uint64_t words);
+  void report();
+  [[noreturn]] void end_early();
+  void spend(std::uint64_t words) {
+    m_taken += words;
+    if (m_taken >= m_next_report) report();
+  }
   Module* push_module(const ExprResult& name);
   void tie_instance(Module& instance, const ExprResult& name);
   void tie_register(Module& instance, const ExprResult& name);
@@ -123,8 +128,14 @@ class EdifReader {
   PortName parse_port_name();
   BitRef* member_ref(const Module& module, const PortName& name) const;
   BitRef* port_ref(const Module& module, const PortName& name) const;
+  BitRef* scalar_ref(const Module& module, std::uint32_t port) const;
+  bool take_plain_portref(BitRef*& ref);
 
-  std::uint32_t take();
+  std::uint32_t take() {
+    if (m_cursor >= m_tokens.size()) end_early();
+    spend(1);
+    return m_tokens[m_cursor++];
+  }
   std::uint32_t require_label(const ExprResult& expr, const char* form) const;
   const std::string* printable(std::uint32_t code) const;
   Module& front() const;
@@ -155,6 +166,7 @@ class EdifReader {
   ObjectBudget m_budget{0};
   std::uint64_t m_path_bytes = 0;
   std::uint64_t m_taken = 0;
+  std::uint64_t m_next_report = std::uint64_t{1} << 20;
   bool m_lexing = true;
 };
 

@@ -143,6 +143,22 @@ void EdifTokens::lex() {
   if (m_source.failed()) fatalHere("The file cannot be read to its end.");
 }
 
+std::size_t EdifTokens::endOfList(std::size_t index) const {
+  std::size_t open = 1;
+  while (index < m_size) {
+    const auto* chunk = static_cast<const std::uint32_t*>(m_chunks[index / chunkSize].get());
+    const std::size_t start = index - index % chunkSize;
+    const std::size_t stop = std::min(chunkSize, m_size - start);
+    for (std::size_t at = index - start; at < stop; ++at) {
+      if (chunk[at] > token::Close) continue;
+      open += chunk[at] == token::Open ? 1U : -std::size_t{1};
+      if (open == 0) return start + at + 1;
+    }
+    index = start + stop;
+  }
+  return m_size + 1;
+}
+
 namespace {
 
 /// Counts lexemes up to one that is looked for.

@@ -27,6 +27,9 @@ class EdifTokens {
   std::uint32_t operator[](std::size_t index) const {
     return static_cast<const std::uint32_t*>(m_chunks[index / chunkSize].get())[index % chunkSize];
   }
+  /// The index behind the parenthesis that closes the list in which a token stands; beyond `size`
+  /// where none does.
+  std::size_t endOfList(std::size_t index) const;
   /// Line and column of a token; of the end of the text for an index beyond the last. Any place of
   /// the text, if that has changed since.
   ReadPlace::Position position(std::size_t index) const;

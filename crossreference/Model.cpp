@@ -112,7 +112,7 @@ void ModelState::settleTree(const Module& module) {
 }
 
 void ModelState::settleBits() {
-  signals.each([](Signal* signal) {
+  signals.each([](const Signal* signal) {
     const Signal::Entries all = signal->entries();
     for (std::uint32_t at = 0; at < all.count; ++at) {
       if (all.refs[at] != nullptr) all.refs[at]->getBit();

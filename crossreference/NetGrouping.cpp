@@ -81,39 +81,43 @@ int NetGrouping::compare(const Signal& a, const Signal& b) {
   }
 }
 
-// The bit of a signal that is just one, at index 0; else null.
-const Bit* NetGrouping::onlyBit(const Signal& signal) {
-  const bool oneBit = signal.m_msb == 0 && signal.m_lsb == 0 && signal.entries().count == 1;
-  const BitRef* ref = oneBit ? signal.entry(0) : nullptr;
-  return ref == nullptr ? nullptr : ref->getBit();
-}
-
-// How many groups there will be, since a vector that grows takes twice and more what it holds.
-std::size_t NetGrouping::countGroups() const {
-  std::vector<bool> seen(m_spans.size());
-  std::size_t groups = 0;
+// Points every reference at the bit that survives, and notes the place of the bit of each signal
+// that is just one, so that the bits, which are all over memory, are looked at once.
+void NetGrouping::lookAtBits() {
+  m_spans.resize(m_model.bits.size());
+  m_bits.assign(m_model.signals.nextPlace(), several);
   m_model.signals.each([&](const Signal* signal) {
-    const Bit* bit = onlyBit(*signal);
-    if (bit != nullptr && seen[bit->m_place]) return;
-    if (bit != nullptr) seen[bit->m_place] = true;
-    ++groups;
+    const Signal::Entries all = signal->entries();
+    const Bit* bit = nullptr;
+    for (std::uint32_t at = 0; at < all.count; ++at) {
+      bit = all.refs[at] == nullptr ? nullptr : all.refs[at]->getBit();
+    }
+    const bool oneBit = bit != nullptr && signal->m_msb == 0 && signal->m_lsb == 0 &&
+                        all.count == 1 && all.first == 0;
+    if (!oneBit) {
+      ++m_group_count;
+      return;
+    }
+    m_bits[signal->m_place] = bit->m_place;
+    if (m_spans[bit->m_place].count++ == 0) ++m_group_count;
   });
-  return groups;
 }
 
 void NetGrouping::collect() {
-  m_spans.resize(m_model.bits.size());
-  m_groups.reserve(countGroups());
+  // A vector that grows takes twice and more what it holds.
+  m_groups.reserve(m_group_count);
+  std::vector<bool> seen(m_spans.size());
   m_model.signals.each([&](Signal* signal) {
-    if (const Bit* bit = onlyBit(*signal)) {
-      if (m_spans[bit->m_place].count++ > 0) return;
-      m_groups.push_back({textKey(bit->m_id, false), signal, 0, bit->m_place});
-      return;
-    }
+    const std::uint32_t place = m_bits[signal->m_place];
     const Signal::Entries all = signal->entries();
-    SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
-    walk.next();
-    m_groups.push_back({walk.next(), signal, signal->m_msb, several});
+    if (place == several) {
+      SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
+      walk.next();
+      m_groups.push_back({walk.next(), signal, signal->m_msb, several});
+    } else if (!seen[place]) {
+      seen[place] = true;
+      m_groups.push_back({textKey(all.refs[0]->m_bit->m_id, false), signal, 0, place});
+    }
   });
 }
 
@@ -138,9 +142,9 @@ void NetGrouping::sortOneBitSignals() {
   m_one_bit_signals = {
       static_cast<std::uintptr_t*>(m_model.arena.allocate(total * sizeof(std::uintptr_t))), total};
   m_model.signals.each([&](Signal* signal) {
-    const Bit* bit = onlyBit(*signal);
-    if (bit == nullptr) return;
-    m_one_bit_signals[m_spans[bit->m_place].end++] = reinterpret_cast<std::uintptr_t>(signal);
+    const std::uint32_t bit = m_bits[signal->m_place];
+    if (bit == several) return;
+    m_one_bit_signals[m_spans[bit].end++] = reinterpret_cast<std::uintptr_t>(signal);
   });
 }
 
@@ -183,6 +187,7 @@ void NetGrouping::prefetch(std::size_t from) const {
 }
 
 void NetGrouping::run() {
+  lookAtBits();
   collect();
   sortGroups();
   sortOneBitSignals();

@@ -7,8 +7,9 @@
 
 namespace XRF_RTL2LL {
 
-/// Groups all signals of a model into new nets: signals with equal signatures are one net, and nets
-/// are numbered in the byte order of the signatures, which are never composed.
+/// Points the references of a model at the bits that survive, and groups all signals into new nets:
+/// signals with equal signatures are one net, and nets are numbered in the byte order of the
+/// signatures, which are never composed.
 class NetGrouping {
  public:
   explicit NetGrouping(ModelState& model) : m_model(model) {}
@@ -34,8 +35,7 @@ class NetGrouping {
     std::uint32_t count;
   };
 
-  static const Bit* onlyBit(const Signal& signal);
-  std::size_t countGroups() const;
+  void lookAtBits();
   void collect();
   void sortGroups();
   void sortOneBitSignals();
@@ -44,6 +44,9 @@ class NetGrouping {
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;
+  std::size_t m_group_count = 0;
+  std::vector<std::uint32_t>
+      m_bits;  // by the places of the signals: that of the one bit, or `several`
   std::vector<Group> m_groups;
   std::vector<Span> m_spans;                    // by the places of the bits
   std::span<std::uintptr_t> m_one_bit_signals;  // net by net

@@ -62,20 +62,14 @@ void EdifReader::read() {
   for (const Module* module : m_namesakes) RegisterTies::disputeAll(*module);
 }
 
-std::uint32_t EdifReader::take() {
-  if (m_cursor >= m_tokens.size()) {
-    m_cursor = m_tokens.size() + 1;
-    fatalHere("The netlist ends before it is complete.");
-  }
-  spend(1);
-  return m_tokens[m_cursor++];
+void EdifReader::end_early() {
+  m_cursor = m_tokens.size() + 1;
+  fatalHere("The netlist ends before it is complete.");
 }
 
-void EdifReader::spend(std::uint64_t words) {
-  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 20;
-  const std::uint64_t left = reportDistance - m_taken % reportDistance;
-  m_taken += words;
-  if (words < left) return;
+void EdifReader::report() {
+  constexpr std::uint64_t distance = std::uint64_t{1} << 20;
+  m_next_report = (m_taken / distance + 1) * distance;
   progress("Building the design", m_budget.made(), 0);
   check_work();
 }
@@ -205,11 +199,10 @@ EdifReader::ExprResult EdifReader::skip_expr() {
 }
 
 void EdifReader::skip_body() {
-  for (std::size_t open = 1; open > 0;) {
-    const std::uint32_t code = take();
-    if (code == token::Open) ++open;
-    if (code == token::Close) --open;
-  }
+  const std::size_t end = m_tokens.endOfList(m_cursor);
+  if (end > m_tokens.size()) end_early();
+  spend(end - m_cursor);
+  m_cursor = end;
 }
 
 EdifReader::ExprResult EdifReader::parse_number() {
@@ -393,22 +386,51 @@ EdifReader::ExprResult EdifReader::parse_direction() {
 EdifReader::ExprResult EdifReader::parse_joined() {
   BitRef* first = nullptr;
   while (true) {
-    const ExprResult item = parse_expr();
-    if (item.kind == EXPR_END) break;
-    if (item.kind == EXPR_NONE) continue;
-    if (item.kind != EXPR_BITREF) {
-      fatal("ERROR: unreachable (%d)\n", static_cast<int>(item.kind));
+    BitRef* ref = nullptr;
+    if (!take_plain_portref(ref)) {
+      const ExprResult item = parse_expr();
+      if (item.kind == EXPR_END) break;
+      if (item.kind == EXPR_NONE) continue;
+      if (item.kind != EXPR_BITREF) {
+        fatal("ERROR: unreachable (%d)\n", static_cast<int>(item.kind));
+      }
+      ref = item.ref;
     }
-    if (item.ref == nullptr) continue;
+    if (ref == nullptr) continue;
     if (first == nullptr) {
-      first = item.ref;
+      first = ref;
     } else {
-      first->merge(item.ref);
+      first->merge(ref);
     }
   }
   ExprResult result{first == nullptr ? EXPR_NONE : EXPR_BITREF};
   result.ref = first;
   return result;
+}
+
+// Takes a port reference of the two forms that almost all have, (portref P) and (portref P
+// (instanceref I)), as `parse_portref` would; anything else is left to it.
+bool EdifReader::take_plain_portref(BitRef*& ref) {
+  constexpr std::size_t ownWords = 4;
+  constexpr std::size_t instanceWords = 8;
+  const std::size_t at = m_cursor;
+  if (at + instanceWords > m_tokens.size() || m_depth + 2 > limits::elaborationNesting)
+    return false;
+  const auto isWord = [&](std::size_t place) { return m_tokens[place] > token::Close; };
+  if (m_tokens[at] != token::Open || m_tokens[at + 1] != token::PortRef || !isWord(at + 2)) {
+    return false;
+  }
+  const bool own = m_tokens[at + 3] == token::Close;
+  const bool ofInstance = m_tokens[at + 3] == token::Open &&
+                          m_tokens[at + 4] == token::InstanceRef && isWord(at + 5) &&
+                          m_tokens[at + 6] == token::Close && m_tokens[at + 7] == token::Close;
+  if (!own && !ofInstance) return false;
+  m_cursor += own ? ownWords : instanceWords;
+  spend(own ? ownWords : instanceWords);
+  const auto code = [&](std::size_t place) { return m_tokens[place] & ~EdifTokens::quotedMark; };
+  const Module* module = own ? &front() : front().getChild(code(at + 5), true);
+  ref = module == nullptr ? nullptr : scalar_ref(*module, code(at + 2));
+  return true;
 }
 
 EdifReader::ExprResult EdifReader::parse_instanceref() {
@@ -468,8 +490,11 @@ BitRef* EdifReader::member_ref(const Module& module, const PortName& name) const
 }
 
 BitRef* EdifReader::port_ref(const Module& module, const PortName& name) const {
-  if (name.isMember) return member_ref(module, name);
-  const Signal* signal = module.getSignal(name.label.first, true);
+  return name.isMember ? member_ref(module, name) : scalar_ref(module, name.label.first);
+}
+
+BitRef* EdifReader::scalar_ref(const Module& module, std::uint32_t port) const {
+  const Signal* signal = module.getSignal(port, true);
   return signal == nullptr || signal->getLsb() > 0 ? nullptr : signal->getBitRef(0, true);
 }
 

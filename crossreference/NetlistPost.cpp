@@ -96,7 +96,7 @@ void Netlist::postProcess(EdifView view) {
   if (const Module* top = getTop(view); top != nullptr) ModelState::settleTree(*top);
   sortByName(buffers);
   for (Module* buffer : buffers) mergeBuffer(*buffer);
-  m_state->model.settleBits();
+  m_state->model.bits.compact();
   NetGrouping(m_state->model).run();
   m_state->model.renumberBits();
 }
