@@ -7,27 +7,19 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-constexpr unsigned decimalDigits = 10;
-
 // Orders numbers as their decimal texts followed by `end`: "_" sorts after every digit, the end of
-// the text before.
+// the text before. The digits are taken to ten by nines or zeros, and which of two numbers that come
+// out alike has more digits decides.
 std::uint64_t textKey(std::uint32_t number, bool last) {
-  constexpr std::uint64_t base = 12;
-  constexpr std::uint64_t endOfText = 0;
-  constexpr std::uint64_t underscore = 11;
-  char digits[decimalDigits];
-  unsigned count = 0;
-  do {
-    digits[count++] = static_cast<char>(number % 10);
-    number /= 10;
-  } while (number != 0);
-  std::uint64_t key = 0;
-  for (unsigned at = 0; at <= decimalDigits; ++at) {
-    const std::uint64_t digit = at < count ? static_cast<std::uint64_t>(digits[count - 1 - at]) + 1
-                                           : (last ? endOfText : underscore);
-    key = key * base + digit;
-  }
-  return key;
+  constexpr unsigned most = 10;
+  std::uint64_t power = 10;
+  unsigned digits = 1;
+  for (; power <= number; power *= 10) ++digits;
+  std::uint64_t scale = 1;
+  for (unsigned missing = most - digits; missing > 0; --missing) scale *= 10;
+  constexpr std::uint64_t kinds = 32;
+  if (last) return number * scale * kinds + digits;
+  return (number * scale + scale - 1) * kinds + kinds - digits;
 }
 
 }  // namespace
