@@ -21,11 +21,6 @@ std::shared_ptr<ModelState> locked(const std::weak_ptr<ModelState>& model) {
 DesignUse::DesignUse(const std::weak_ptr<ModelState>& model)
     : m_model(locked(model)), m_scope(*m_model) {}
 
-Bit* firstBit(const Signal& signal) {
-  const BitRef* ref = signal.getLsb() > 0 ? nullptr : signal.getBitRef(0, true);
-  return ref == nullptr ? nullptr : ref->getBit();
-}
-
 void keepName(std::vector<std::string>& names, std::string_view name) {
   if (names.size() < limits::reportedNames) names.emplace_back(name);
 }

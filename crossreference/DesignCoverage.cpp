@@ -3,9 +3,10 @@
 #include <crossreference/RegisterPairs.h>
 #include <crossreference/RegisterPlaces.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 
 #include <algorithm>
-#include <optional>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -42,6 +43,13 @@ bool isEarlierCell(const Module* a, const Module* b) {
   return NameKey::compare(NameKey(*a), NameKey(*b)) < 0;
 }
 
+// Tells modules of one path apart: siblings have numbers of their own.
+bool isEarlierByNumber(const Module* a, const Module* b) {
+  if (a == b || a == nullptr || b == nullptr) return a == nullptr && b != nullptr;
+  if (a->getParent() != b->getParent()) return isEarlierByNumber(a->getParent(), b->getParent());
+  return a->getId() < b->getId();
+}
+
 /// Counts the register bits of the RTL module by module. What costs more than a look at a bit is
 /// spent on bits of several registers alone.
 class RegisterCount {
@@ -63,7 +71,6 @@ class RegisterCount {
   bool isOfRtl(const Module& cell);
   void countShared(const Bit& bit, const Cells& cells);
   const BitRef* survivorOf(const Places& places);
-  bool isImplemented(const BitRef& place);
   Coverage::Counts& countsAround(const Module& cell) { return m_counts[cell.getParent()]; }
   Coverage summed() const;
 
@@ -72,7 +79,6 @@ class RegisterCount {
   std::unordered_map<const Bit*, Cells> m_shared;
   std::unordered_map<const Module*, Coverage::Counts> m_counts;  // by what holds the registers
   std::unordered_map<const Module*, bool> m_of_rtl;  // whether a module is below the RTL's root
-  std::optional<RegisterPairs> m_pairs;
 };
 
 Coverage RegisterCount::run() {
@@ -99,13 +105,12 @@ void RegisterCount::collect() {
     if (!output->isSrcState()) return;
     const Module* cell = output->getModule();
     if (!RegisterTies::isRegister(m_state, *cell) || !isOfRtl(*cell)) return;
-    for (std::uint64_t index = output->getLsb(); index <= output->getMsb(); ++index) {
-      const BitRef* ref = output->getBitRef(static_cast<std::uint32_t>(index), true);
-      const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
-      if (bit == nullptr) continue;
+    eachRef(*output, [&](const BitRef& ref) {
+      const Bit* bit = ref.getBit();
+      if (bit == nullptr) return;
       m_bits.push_back({cell, bit});
       if (!seen.insert(bit).second) m_shared.try_emplace(bit);
-    }
+    });
   });
 }
 
@@ -153,32 +158,30 @@ void RegisterCount::countShared(const Bit& bit, const Cells& cells) {
 // The place that the implementation has; the first one where that is no answer.
 const BitRef* RegisterCount::survivorOf(const Places& places) {
   if (places.size() == 1) return places.front();
-  const auto implemented = [this](const BitRef* place) { return isImplemented(*place); };
+  const std::shared_ptr<const RegisterPairs> pairs = RegisterPairs::of(m_state);
+  const auto implemented = [&](const BitRef* place) { return pairs->isImplemented(*place); };
   const auto found = std::find_if(places.begin(), places.end(), implemented);
   const bool alone = found != places.end() && std::none_of(found + 1, places.end(), implemented);
   return alone ? *found : places.front();
 }
 
-bool RegisterCount::isImplemented(const BitRef& place) {
-  if (!m_pairs) m_pairs.emplace(m_state);
-  const Signal* twin = m_pairs->twin(*place.getSignal());
-  const std::uint32_t index = place.getIndex();
-  if (twin == nullptr || index < twin->getLsb() || index > twin->getMsb()) return false;
-  const BitRef* ref = twin->getBitRef(index, true);
-  return ref != nullptr && RegisterTies::isTied(*ref);
-}
-
 Coverage RegisterCount::summed() const {
+  struct Holder {
+    const Module* module;
+    Coverage::ModuleCounts counts;
+  };
   Coverage coverage;
-  for (const auto& [holder, counts] : m_counts) {
+  std::vector<Holder> holders;
+  for (const auto& [module, counts] : m_counts) {
     add(coverage.all, counts);
-    const bool isRoot = holder == nullptr || holder->getParent() == nullptr;
-    coverage.modules.push_back({isRoot ? "" : NameKey(*holder).compose(), counts});
+    const bool isRoot = module == nullptr || module->getParent() == nullptr;
+    holders.push_back({module, {isRoot ? "" : NameKey(*module).compose(), counts}});
   }
-  std::sort(coverage.modules.begin(), coverage.modules.end(),
-            [](const Coverage::ModuleCounts& a, const Coverage::ModuleCounts& b) {
-              return a.path < b.path;
-            });
+  std::sort(holders.begin(), holders.end(), [](const Holder& a, const Holder& b) {
+    const int order = a.counts.path.compare(b.counts.path);
+    return order != 0 ? order < 0 : isEarlierByNumber(a.module, b.module);
+  });
+  for (Holder& holder : holders) coverage.modules.push_back(std::move(holder.counts));
   return coverage;
 }
 

@@ -2,8 +2,9 @@
 #include <crossreference/LocationMatch.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterCopy.h>
+#include <crossreference/SignalIndex.h>
 #include <crossreference/Utils.h>
-#include <support/InputFile.h>
+#include <support/FileLines.h>
 #include <support/Limits.h>
 #include <support/Report.h>
 #include <support/Scan.h>
@@ -18,6 +19,9 @@ namespace {
 constexpr std::size_t prefix = 6;  // of a site's name, as in SLICE_
 
 bool scanCoordinates(std::string_view text, std::uint32_t& row) {
+  PlainScan plain(text);
+  std::uint32_t x = 0;
+  if (plain.literal("X") && plain.number(x) && plain.literal("Y") && plain.number(row)) return true;
   std::string coordinates(text);
   std::replace_if(
       coordinates.begin(), coordinates.end(), [](char byte) { return byte == 'X' || byte == 'Y'; },
@@ -65,22 +69,26 @@ class LogicLocationReader {
   enum class Outcome { Used, SkippedLatch, SkippedIndex, Unmatched };
 
   void parse_line();
-  bool scan(std::string_view line, Location& location) const;
+  void openLine();
+  bool scan(Location& location);
+  static bool scanPlain(std::string_view line, Location& location);
+  bool scanAny(std::string_view line, Location& location) const;
   Outcome match(const Location& location);
-  bool scanRegion(Scan& scan, Location& location) const;
+  void scanRegion(Scan& scan, Location& location) const;
   std::uint32_t slrOf(std::string_view block) const;
-  Outcome record(const Location& location) const;
-  Outcome record(const Location& location, Signal& signal) const;
-  Outcome recordFlattened(const Location& location, std::string name) const;
+  Outcome record(const Location& location);
+  static Outcome record(const Location& location, Signal& signal);
+  Outcome recordFlattened(const Location& location);
   void report(Outcome outcome, std::string_view net);
 
   Design::State& m_design;
   const Netlist& m_netlist;
-  LineReader m_lines;
-  ReadPlace m_place;
-  std::string m_line;
+  FileLines m_lines;
+  std::string m_line;  // the current one with blanks for "="
+  std::string m_name;  // the full name that is looked for
   unsigned m_slr_size;
   Reading m_reading;
+  SignalSearch m_search;
   LocationMatch m_match;
   bool m_forgot = false;  // whether what an earlier file said is gone
 };
@@ -103,38 +111,25 @@ LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistSta
                                          const std::string& path, std::string_view text)
     : m_design(design),
       m_netlist(*design.netlist),
-      m_lines(text),
-      m_place(path, this,
-              [](const void* reader) {
-                return ReadPlace::Position{
-                    static_cast<const LogicLocationReader*>(reader)->m_lines.number(), 0};
-              }),
+      m_lines(path, text, "Reading locations"),
       m_slr_size(utils::getSLRSize(m_netlist.getPart())),
       m_reading(netlist.reading),
+      m_search(netlist),
       m_match(netlist) {}
 
 void LogicLocationReader::read() {
-  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
-  std::uint64_t next = 0;
-  while (m_lines.next()) {
-    if (m_lines.offset() >= next) {
-      progress("Reading locations", m_lines.offset(), m_lines.size());
-      next = m_lines.offset() + reportDistance;
-    }
-    parse_line();
-  }
+  while (m_lines.next()) parse_line();
   m_design.locations.used -= m_match.withdrawn();
   m_design.locations.unmatched += m_match.withdrawn();
 }
 
 void LogicLocationReader::parse_line() {
-  m_line = m_lines.line();
-  std::replace(m_line.begin(), m_line.end(), '=', ' ');
   Location location;
-  if (!scan(m_line, location)) return;
+  if (!scan(location)) return;
   ++m_design.locations.lines;
   switch (location.block.front()) {
     case 'A':
+      openLine();
       message(StandardError, "Warning Skipping: %s\n", m_line.c_str());
       ++m_design.locations.skippedBlocks;
       return;
@@ -156,15 +151,43 @@ void LogicLocationReader::parse_line() {
   report(m_reading.has(Rule::RawLocations) ? match(location) : record(location), location.net);
 }
 
-bool LogicLocationReader::scan(std::string_view line, Location& location) const {
+void LogicLocationReader::openLine() {
+  m_line = m_lines.line();
+  std::replace(m_line.begin(), m_line.end(), '=', ' ');
+}
+
+bool LogicLocationReader::scan(Location& location) {
+  if (scanPlain(m_lines.line(), location)) return true;
+  location = {};
+  openLine();
+  return scanAny(m_line, location);
+}
+
+// A line as tools write it. A name with "=" or a blank in it is read in different ways.
+bool LogicLocationReader::scanPlain(std::string_view line, Location& location) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  PlainScan scan(line);
+  std::uint32_t number = 0;
+  return scan.literal("Bit") && scan.blanks() && scan.number(number) && scan.blanks() &&
+         scan.literal("0x") && scan.hexadecimal(location.frame) && scan.blanks() &&
+         scan.number(location.offset) && scan.blanks() && scan.literal("Block=") &&
+         scan.word(location.block, '=') && scan.blanks() && scan.literal("Latch=") &&
+         scan.word(location.latch, '=') && scan.blanks() && scan.literal("Net=") &&
+         scan.word(location.net, '=') && scan.ended();
+}
+
+bool LogicLocationReader::scanAny(std::string_view line, Location& location) const {
   Scan scan(line);
   std::uint32_t number = 0;
   std::uint64_t frame = 0;
-  const bool matches =
-      scan.literal("Bit ") && scan.integer(number) && scan.literal(" 0x") &&
-      scan.hexadecimal(frame) && scan.integer(location.offset) && scanRegion(scan, location) &&
-      scan.literal(" Block ") && scan.word(location.block) && scan.literal(" Latch ") &&
-      scan.word(location.latch) && scan.literal(" Net ") && scan.word(location.net);
+  if (!scan.literal("Bit ") || !scan.integer(number) || !scan.literal(" 0x") ||
+      !scan.hexadecimal(frame) || !scan.integer(location.offset)) {
+    return false;
+  }
+  scanRegion(scan, location);
+  const bool matches = scan.literal(" Block ") && scan.word(location.block) &&
+                       scan.literal(" Latch ") && scan.word(location.latch) &&
+                       scan.literal(" Net ") && scan.word(location.net);
   location.frame = static_cast<std::uint32_t>(frame);
   location.isPlace = frame <= 0xffffffff;
   if (matches && m_reading.has(Rule::RawLocations)) {
@@ -178,16 +201,16 @@ bool LogicLocationReader::scan(std::string_view line, Location& location) const 
 }
 
 // Files of larger devices name the region of each bit in two columns of their own.
-bool LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
-  if (!m_reading.has(Rule::RegionColumns)) return true;
+void LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
+  if (!m_reading.has(Rule::RegionColumns)) return;
   Scan columns = scan;
   std::uint32_t region = 0;
   std::uint32_t number = 0;
   // The region is the number in its name; the column after it counts something else.
   location.hasSlr = columns.literal(" SLR") && columns.integer(region) && columns.integer(number);
-  if (location.hasSlr) location.slr = region;
-  if (location.hasSlr) scan = columns;
-  return true;
+  if (!location.hasSlr) return;
+  location.slr = region;
+  scan = columns;
 }
 
 LogicLocationReader::Outcome LogicLocationReader::match(const Location& location) {
@@ -217,14 +240,17 @@ std::uint32_t LogicLocationReader::slrOf(std::string_view block) const {
   return m_slr_size == 0 ? 0 : y / m_slr_size;
 }
 
-LogicLocationReader::Outcome LogicLocationReader::record(const Location& location) const {
+LogicLocationReader::Outcome LogicLocationReader::record(const Location& location) {
   if (m_design.top == nullptr) fatalHere("The design has no RTL top module to locate nets under.");
   const char* top = m_design.top->getName();
-  const std::string name =
-      normalised("/" + std::string(top == nullptr ? "" : top) + "/" + std::string(location.net));
-  Signal* rtl = m_netlist.findSignal(RTL, name);
-  Signal* synth = m_netlist.findSignal(SYNTH, name);
-  if (rtl == nullptr && synth == nullptr) return recordFlattened(location, name);
+  m_name = "/";
+  if (top != nullptr) m_name += top;
+  m_name += '/';
+  m_name += location.net;
+  normalise(m_name);
+  Signal* rtl = m_search.find(RTL, m_name);
+  Signal* synth = m_search.find(SYNTH, m_name);
+  if (rtl == nullptr && synth == nullptr) return recordFlattened(location);
   Outcome outcome = Outcome::Unmatched;
   for (Signal* signal : {rtl, synth}) {
     if (signal != nullptr) outcome = std::min(outcome, record(location, *signal));
@@ -233,22 +259,20 @@ LogicLocationReader::Outcome LogicLocationReader::record(const Location& locatio
 }
 
 // Flattening joins the levels of a name with "_", beginning with the innermost.
-LogicLocationReader::Outcome LogicLocationReader::recordFlattened(const Location& location,
-                                                                  std::string name) const {
+LogicLocationReader::Outcome LogicLocationReader::recordFlattened(const Location& location) {
   unsigned levels = 0;
-  for (std::size_t slash = name.rfind('/');
+  for (std::size_t slash = m_name.rfind('/');
        slash != std::string::npos && levels++ <= limits::moduleNesting;
-       slash = name.rfind('/', slash)) {
-    name[slash] = '_';
-    Signal* signal = m_netlist.findSignal(SYNTH, name);
+       slash = m_name.rfind('/', slash)) {
+    m_name[slash] = '_';
+    Signal* signal = m_search.find(SYNTH, m_name);
     if (signal != nullptr) return record(location, *signal);
   }
   return Outcome::Unmatched;
 }
 
-LogicLocationReader::Outcome LogicLocationReader::record(const Location& location,
-                                                         Signal& signal) const {
-  const Bit* bit = firstBit(signal);
+LogicLocationReader::Outcome LogicLocationReader::record(const Location& location, Signal& signal) {
+  const Bit* bit = bitAt(signal, 0);
   if (bit == nullptr) return Outcome::SkippedIndex;
   // A multiplexer's tap shows a register's value only where the register drives the net.
   const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';

@@ -4,8 +4,10 @@
 #include <crossreference/RegisterPairs.h>
 #include <crossreference/RegisterPlaces.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 
 #include <algorithm>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -48,11 +50,6 @@ const Module* ReverseLookUp::cellOf(EdifView view, const BitRef& ref) const {
   return drives && isOfView(m_state, view, signal) ? module : nullptr;
 }
 
-BitRef* refAt(const Signal* signal, std::uint64_t index) {
-  if (signal == nullptr || index < signal->getLsb() || index > signal->getMsb()) return nullptr;
-  return signal->getBitRef(static_cast<std::uint32_t>(index), true);
-}
-
 // What to call a register that has no place of its own: the signal that its instance is named for
 // where that shares its bit, else its net, else its output.
 BitRef* ReverseLookUp::nameOf(const Module& cell, BitRef& output) const {
@@ -61,7 +58,8 @@ BitRef* ReverseLookUp::nameOf(const Module& cell, BitRef& output) const {
   const NamedBits name = decodeRegister(cell.getName());
   if (name.valid) {
     const std::uint64_t index = name.lsb + (output.getIndex() - output.getSignal()->getLsb());
-    BitRef* ref = refAt(m_state.findByName(RTL, *around, cleaned(name.signal)), index);
+    const Signal* signal = m_state.findByName(RTL, *around, cleaned(name.signal));
+    BitRef* ref = signal == nullptr ? nullptr : refAt(*signal, index);
     if (ref != nullptr && ref->getBit() == output.getBit()) return ref;
   }
   BitRef* net = nullptr;
@@ -90,9 +88,9 @@ void ReverseLookUp::addRtl(const Bit& bit) {
 BitRef* ReverseLookUp::original(const Module& replica) const {
   const NamedBits name = decodeRegister(replica.getName());
   if (!name.valid || !name.replica || replica.getParent() == nullptr) return nullptr;
-  BitRef* ref =
-      refAt(m_state.findByName(SYNTH, *replica.getParent(), cleaned(name.signal)), name.lsb);
-  return ref != nullptr && RegisterTies::isTied(*ref) ? ref : nullptr;
+  const Signal* signal = m_state.findByName(SYNTH, *replica.getParent(), cleaned(name.signal));
+  BitRef* ref = signal == nullptr ? nullptr : refAt(*signal, name.lsb);
+  return RegisterTies::isTied(ref) ? ref : nullptr;
 }
 
 void ReverseLookUp::addSynthesized(const Bit& bit) {
@@ -109,12 +107,11 @@ void ReverseLookUp::addSynthesized(const Bit& bit) {
 void ReverseLookUp::pair() {
   if (m_paired) return;
   m_paired = true;
-  const RegisterPairs pairs(m_state);
-  for (const Signal* rtl : pairs.registers()) {
-    const Signal* twin = pairs.twin(*rtl);
-    if (twin != nullptr) m_rtl.emplace(twin, rtl);
+  const std::shared_ptr<const RegisterPairs> pairs = RegisterPairs::of(m_state);
+  for (const RegisterPairs::Pair& pair : pairs->registers()) {
+    if (pair.synth != nullptr) m_rtl.emplace(pair.synth, pair.rtl);
   }
-  for (const RegisterPairs::Unnamed& same : pairs.unnamed()) {
+  for (const RegisterPairs::Unnamed& same : pairs->unnamed()) {
     if (same.synth != nullptr) m_rtl.emplace(same.synth, same.rtl);
   }
 }
@@ -123,8 +120,8 @@ void ReverseLookUp::addTwin(const BitRef& place) {
   pair();
   const auto rtl = m_rtl.find(place.getSignal());
   if (rtl == m_rtl.end()) return;
-  const BitRef* ref = refAt(rtl->second, place.getIndex());
-  if (ref != nullptr && RegisterTies::isTied(*ref)) addRtl(*ref->getBit());
+  const BitRef* ref = refAt(*rtl->second, place.getIndex());
+  if (RegisterTies::isTied(ref)) addRtl(*ref->getBit());
 }
 
 // A register whose name tells no signal, by its output. Strict reading knows registers by the paths
@@ -141,7 +138,7 @@ void ReverseLookUp::addNamesake(const Module& cell, const BitRef& output) {
       rtl = RegisterTies::outputOf(*same);
     }
   }
-  const BitRef* ref = refAt(rtl, output.getIndex());
+  const BitRef* ref = rtl == nullptr ? nullptr : refAt(*rtl, output.getIndex());
   if (ref != nullptr) addRtl(*ref->getBit());
 }
 
@@ -161,10 +158,10 @@ struct Named {
 
   void add(const Signal& signal, std::uint64_t first, std::uint64_t last) {
     for (std::uint64_t index = first; index <= last; ++index) {
-      const BitRef* ref = refAt(&signal, index);
-      if (ref == nullptr || ref->getBit() == nullptr) continue;
+      const Bit* bit = bitAt(signal, index);
+      if (bit == nullptr) continue;
       known = true;
-      bits.push_back(ref->getBit());
+      bits.push_back(bit);
     }
   }
 };

@@ -30,9 +30,6 @@ class DesignUse {
   StateScope m_scope;
 };
 
-/// The bit at index 0, or null; a signal whose range lacks 0 has none.
-Bit* firstBit(const Signal& signal);
-
 /// Keeps the first names of what could not be placed.
 void keepName(std::vector<std::string>& names, std::string_view name);
 

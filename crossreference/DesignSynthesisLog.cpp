@@ -2,7 +2,8 @@
 #include <crossreference/LogMatch.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
-#include <support/InputFile.h>
+#include <crossreference/SignalIndex.h>
+#include <support/FileLines.h>
 #include <support/Report.h>
 #include <support/Scan.h>
 
@@ -29,8 +30,7 @@ class SynthesisLogReader {
 
   Design& m_design;
   Design::State& m_state;
-  LineReader m_lines;
-  ReadPlace m_place;
+  FileLines m_lines;
   std::string m_line;
   NetlistState& m_netlist;
   LogMatch m_match;
@@ -55,23 +55,12 @@ SynthesisLogReader::SynthesisLogReader(Design& design, Design::State& state,
                                        const std::string& path, std::string_view text)
     : m_design(design),
       m_state(state),
-      m_lines(text),
-      m_place(path, this,
-              [](const void* reader) {
-                return ReadPlace::Position{
-                    static_cast<const SynthesisLogReader*>(reader)->m_lines.number(), 0};
-              }),
+      m_lines(path, text, "Reading synthesis log"),
       m_netlist(*state.netlist->m_state),
       m_match(m_netlist) {}
 
 void SynthesisLogReader::read() {
-  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
-  std::uint64_t next = 0;
   while (m_lines.next()) {
-    if (m_lines.offset() >= next) {
-      progress("Reading synthesis log", m_lines.offset(), m_lines.size());
-      next = m_lines.offset() + reportDistance;
-    }
     // A last line that was cut short is not trusted.
     if (m_lines.terminated() && !match_line()) parse_line();
   }
@@ -156,17 +145,17 @@ Signal* SynthesisLogReader::find(const std::string& name) const {
 // these steps.
 bool SynthesisLogReader::mayMark(const Signal& signal) const {
   if (!m_netlist.reading.has(Rule::RawLog)) return true;
-  const Bit* bit = firstBit(signal);
+  const Bit* bit = bitAt(signal, 0);
   const Module* cell = m_netlist.modules[RTL].find(NameKey(signal));
   if (bit == nullptr || cell == nullptr || !RegisterTies::isRegister(m_netlist, *cell))
     return false;
   const Signal* output = RegisterTies::outputOf(*cell);
-  return output != nullptr && firstBit(*output) == bit && bit->getKind() != Bit::STATE &&
+  return output != nullptr && bitAt(*output, 0) == bit && bit->getKind() != Bit::STATE &&
          !m_netlist.isAmbiguous(signal);
 }
 
 void SynthesisLogReader::mark(const Signal& signal, bool value) {
-  Bit* bit = firstBit(signal);
+  Bit* bit = bitAt(signal, 0);
   if (bit == nullptr) {
     ++m_state.log.skipped;
     return;

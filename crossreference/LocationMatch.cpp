@@ -1,31 +1,42 @@
 #include <crossreference/LocationMatch.h>
 #include <crossreference/Reading.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 
 namespace XRF_RTL2LL {
 
-namespace {
-
-Bit* bitAt(const Signal& signal, std::uint32_t index) {
-  if (index < signal.getLsb() || index > signal.getMsb()) return nullptr;
-  const BitRef* ref = signal.getBitRef(index, true);
-  return ref == nullptr ? nullptr : ref->getBit();
+LocationMatch::LocationMatch(const NetlistState& state) : m_state(state), m_search(state) {
+  for (const EdifView view : {RTL, SYNTH}) {
+    const Module* top = state.top.at(view);
+    const bool named = top != nullptr && top->getName() != nullptr;
+    if (named) m_prefix.at(view) = "/" + std::string(top->getName()) + "/";
+  }
 }
 
-}  // namespace
+Signal* LocationMatch::findBelow(EdifView view, std::string_view name, std::string_view ending) {
+  m_name = m_prefix.at(view);
+  m_name += name;
+  m_name += ending;
+  return m_search.find(view, m_name);
+}
 
 // Looks for the register that drives a net of a name below the top; true when there is one.
-bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& match) const {
-  const std::string top = "/" + std::string(m_state.top.at(view)->getName()) + "/";
+bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& match) {
   // A net that has the name of a register which is not on it is kept under a name of its own.
-  const Signal* apart = m_state.signals.at(view).find(netApart(top + std::string(name)));
+  const Signal* apart = findBelow(view, name, apartEnding);
   match.isApart = apart != nullptr;
   if (match.isApart) return accept(*apart, 0, match);
-  for (const NamedBits& reading : netReadings(name)) {
-    const Signal* signal = m_state.signals.at(view).find(top + reading.signal);
-    if (signal != nullptr && accept(*signal, reading.lsb, match)) return true;
+  const Signal* whole = findBelow(view, name);
+  if (whole != nullptr && accept(*whole, 0, match)) return true;
+  std::string_view plainBus;
+  std::uint32_t index = 0;
+  if (splitBit(name, plainBus, index)) {
+    const Signal* bus = findBelow(view, plainBus);
+    return bus != nullptr && accept(*bus, index, match);
   }
-  return false;
+  const NamedBits bit = decodeBit(name);
+  const Signal* bus = bit.valid ? findBelow(view, bit.signal) : nullptr;
+  return bus != nullptr && accept(*bus, bit.lsb, match);
 }
 
 bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& match) const {
@@ -39,15 +50,14 @@ bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& mat
   return true;
 }
 
-LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) const {
+LocationMatch::Match LocationMatch::find(const std::string& name, EdifView view) {
   Match match;
-  const Module* top = m_state.top.at(view);
-  if (top == nullptr || top->getName() == nullptr) return match;
-  const std::string name = cleaned(net);
+  const std::string& prefix = m_prefix.at(view);
+  if (prefix.empty()) return match;
   match.faithful = findExactly(name, view, match);
   if (match.faithful || match.isApart) return match;
-  const std::string prefix = "/" + std::string(top->getName()) + "/";
-  for (const ChangedLevels& changed : changedLevels(name)) {
+  for (LevelChanges changes(name); changes.next();) {
+    const ChangedLevels& changed = changes.current();
     // What still is a module was not joined to the names below it.
     const bool kept = !changed.joined.empty() &&
                       m_state.modules.at(view).find(prefix + changed.joined) != nullptr;
@@ -55,19 +65,19 @@ LocationMatch::Match LocationMatch::find(std::string_view net, EdifView view) co
     if (findExactly(changed.name, view, match)) return match;
   }
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.
-  const Signal* signal = m_state.signals.at(view).find(normalised(prefix + name));
-  const BitRef* ref =
-      signal == nullptr || signal->getLsb() > 0 ? nullptr : signal->getBitRef(0, true);
+  const Signal* signal = m_search.find(view, normalised(prefix + name));
+  const BitRef* ref = signal == nullptr ? nullptr : refAt(*signal, 0);
   // Where names are printable, a register of the changed name is another one.
   const bool another = ref != nullptr && m_state.renamed.at(view) && RegisterTies::isTied(*ref);
   if (ref != nullptr && !another) accept(*signal, 0, match);
   return match;
 }
 
-LocationMatch::Match LocationMatch::find(std::string_view net) const {
-  Match match = find(net, SYNTH);
+LocationMatch::Match LocationMatch::find(std::string_view net) {
+  const std::string name = cleaned(net);
+  Match match = find(name, SYNTH);
   if (match.bit != nullptr || match.foundOther) return match;
-  return find(net, RTL);
+  return find(name, RTL);
 }
 
 LocationMatch::Outcome LocationMatch::record(std::string_view net, const StateLocation& location,

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <crossreference/NetlistState.h>
+#include <crossreference/SignalSearch.h>
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,7 +28,7 @@ class LocationMatch {
  public:
   enum class Outcome { Used, SkippedLatch, Unmatched };
 
-  explicit LocationMatch(const NetlistState& state) : m_state(state) {}
+  explicit LocationMatch(const NetlistState& state);
 
   /// Records a line. `multiplexer` says that the latch taps what leaves the slice, which is a
   /// register only where a register drives the net.
@@ -50,13 +52,17 @@ class LocationMatch {
     bool isApart = false;     // the net has a register's name without being on it
   };
 
-  Match find(std::string_view net) const;
-  Match find(std::string_view net, EdifView view) const;
-  bool findExactly(std::string_view name, EdifView view, Match& match) const;
+  Match find(std::string_view net);
+  Match find(const std::string& name, EdifView view);
+  bool findExactly(std::string_view name, EdifView view, Match& match);
+  Signal* findBelow(EdifView view, std::string_view name, std::string_view ending = {});
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome claim(Bit& bit, const Claim& claim);
 
   const NetlistState& m_state;
+  SignalSearch m_search;
+  std::array<std::string, 2> m_prefix;  // of what is below the top, where there is one
+  std::string m_name;                   // the full name that is looked for
   std::unordered_map<const Bit*, Claim> m_claims;
   std::uint64_t m_withdrawn = 0;
 };

@@ -1,5 +1,6 @@
 #include <crossreference/LogMatch.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 #include <support/Scan.h>
 
 #include <algorithm>
@@ -80,17 +81,8 @@ LogLine LogLine::parse(std::string_view text) {
 }
 
 const RegisterPairs& LogMatch::pairs() {
-  if (!m_pairs) m_pairs.emplace(m_state);
+  if (m_pairs == nullptr) m_pairs = RegisterPairs::of(m_state);
   return *m_pairs;
-}
-
-// Whether a register has a flip-flop of its own name.
-bool LogMatch::isImplemented(const BitRef& place) {
-  const Signal* twin = pairs().twin(*place.getSignal());
-  const std::uint32_t index = place.getIndex();
-  if (twin == nullptr || index < twin->getLsb() || index > twin->getMsb()) return false;
-  const BitRef* ref = twin->getBitRef(index, true);
-  return ref != nullptr && RegisterTies::isTied(*ref);
 }
 
 LogMatch::Bits LogMatch::bitsOf(const NamedBits& name, Bare bare) const {
@@ -106,8 +98,8 @@ LogMatch::Bits LogMatch::bitsOf(const NamedBits& name, Bare bare) const {
   if (first < signal->getLsb() || last > signal->getMsb()) return {};
   Bits bits;
   for (std::uint64_t index = first; index <= last; ++index) {
-    BitRef* ref = signal->getBitRef(static_cast<std::uint32_t>(index), true);
-    if (ref == nullptr || !RegisterTies::isTied(*ref)) return {};
+    BitRef* ref = refAt(*signal, index);
+    if (!RegisterTies::isTied(ref)) return {};
     bits.push_back(ref);
   }
   if (name.ascending) std::reverse(bits.begin(), bits.end());
@@ -173,7 +165,7 @@ LogMatch::Outcome LogMatch::markConstant(const LogLine& line) {
   const std::vector<Bits> registers = find(line.name, Bare::Whole);
   for (const Bits& bits : registers) {
     const bool there = std::any_of(bits.begin(), bits.end(), [this](const BitRef* ref) {
-      return ref->getBit()->getKind() == Bit::STATE || isImplemented(*ref);
+      return ref->getBit()->getKind() == Bit::STATE || pairs().isImplemented(*ref);
     });
     if (there) continue;
     marked = true;
@@ -196,7 +188,7 @@ bool LogMatch::merge(BitRef& gone, BitRef& survivor) {
   }
   const bool known = bit.getKind() == Bit::STATE || bit.getKind() == Bit::CNST;
   // What was merged into another one can't be merged again.
-  if (known || isImplemented(gone) || !m_gone.insert(&gone).second) return false;
+  if (known || pairs().isImplemented(gone) || !m_gone.insert(&gone).second) return false;
   survivor.merge(&gone);
   return true;
 }
@@ -224,8 +216,8 @@ bool LogMatch::follow(const LogLine& line) {
 // registers, nobody can tell which one is meant.
 bool LogMatch::followLocally(const LogLine& line) {
   if (m_holders.empty()) {
-    for (const Signal* signal : pairs().registers()) {
-      m_holders.emplace(signal->getName(), signal->getModule());
+    for (const RegisterPairs::Pair& pair : pairs().registers()) {
+      m_holders.emplace(pair.rtl->getName(), pair.rtl->getModule());
     }
   }
   const std::string name = cleaned(line.name);

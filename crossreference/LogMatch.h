@@ -4,7 +4,7 @@
 #include <crossreference/Reading.h>
 #include <crossreference/RegisterPairs.h>
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -51,7 +51,6 @@ class LogMatch {
   Bits findBelow(const std::string& scope, const std::string& name, Bare bare) const;
   Bits bitsOf(const NamedBits& name, Bare bare) const;
   std::vector<std::string> scopesOf(const std::string& definition);
-  bool isImplemented(const BitRef& place);
   bool follow(const LogLine& line);
   bool followLocally(const LogLine& line);
   bool merge(const Bits& gone, const Bits& survivors);
@@ -60,7 +59,7 @@ class LogMatch {
 
   NetlistState& m_state;
   std::vector<LogLine> m_merges;
-  std::optional<RegisterPairs> m_pairs;
+  std::shared_ptr<const RegisterPairs> m_pairs;
   std::unordered_multimap<std::string_view, const Module*> m_instances;  // by definition
   std::unordered_multimap<std::string, const Module*> m_holders;  // of registers, by local name
   std::unordered_set<const BitRef*> m_gone;

@@ -83,6 +83,8 @@ int order(const Keyed& a, const Keyed& b) {
 template <class T>
 void sort(Keyed* first, Keyed* last) {
   const auto less = [](const Keyed& a, const Keyed& b) { return order<T>(a, b) < 0; };
+  // Sets are mostly read and written in the order of their names.
+  if (std::is_sorted(first, last, less)) return;
   constexpr std::ptrdiff_t few = 12;
   if (last - first > few) {
     std::stable_sort(first, last, less);

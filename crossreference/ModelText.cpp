@@ -36,7 +36,10 @@ const char* kindName(signalKind kind) {
 }
 
 void writeIndent(TextOut& out) {
-  for (unsigned level = Module::getDepth(); level > 0; --level) out << "   ";
+  constexpr std::string_view blanks = "                                                ";
+  std::size_t left = std::size_t{3} * Module::getDepth();
+  for (; left > blanks.size(); left -= blanks.size()) out << blanks;
+  out << blanks.substr(0, left);
 }
 
 // Raises the depth while the members of a module are written.
@@ -89,7 +92,8 @@ void writeSignal(TextOut& out, const Signal& signal) {
   out.name(signal.getName());
   out << " " << signal.getId() << " " << net->getId() << " " << signal.getLsb() << " "
       << signal.getMsb();
-  for (std::uint64_t index = signal.getLsb(); index <= signal.getMsb(); ++index) {
+  const std::uint64_t last = signal.getMsb();
+  for (std::uint64_t index = signal.getLsb(); index <= last; ++index) {
     const BitRef* ref = signal.getBitRef(static_cast<std::uint32_t>(index), true);
     const Bit* bit = ref == nullptr ? nullptr : ref->getBit();
     if (bit == nullptr) {

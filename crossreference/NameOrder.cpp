@@ -41,26 +41,47 @@ int compareBytes(std::string_view a, std::string_view b) {
   return order < 0 ? -1 : static_cast<int>(order > 0);
 }
 
+// Orders a text against "base<".
+int compareToStand(std::string_view text, std::string_view base) {
+  const int order = compareBytes(text.substr(0, base.size()), base);
+  return order != 0 ? order : compareBytes(text.substr(base.size()), "<");
+}
+
 // Where a name stands among texts: all names base<n> stand at "base<".
 int compareStands(const IndexedName& a, std::string_view textA, const IndexedName& b,
                   std::string_view textB) {
   if (!a.valid && !b.valid) return compareBytes(textA, textB);
   if (a.valid && !b.valid) return -compareStands(b, textB, a, textA);
-  const std::string stand = std::string(b.base) + "<";
-  if (!a.valid) return compareBytes(textA, stand);
-  return compareBytes(std::string(a.base) + "<", stand);
+  if (!a.valid) return compareToStand(textA, b.base);
+  const std::size_t common = std::min(a.base.size(), b.base.size());
+  const int order = compareBytes(a.base.substr(0, common), b.base.substr(0, common));
+  if (order != 0 || a.base.size() == b.base.size()) return order;
+  // The shorter base ends where the longer one has a byte that is no "<".
+  return a.base.size() < b.base.size() ? compareBytes("<", b.base.substr(common))
+                                       : compareBytes(a.base.substr(common), "<");
+}
+
+}  // namespace
+
+namespace {
+
+// Nothing but blanks and brackets may follow the index, which spares most names a closer look.
+bool mayBeIndexed(std::string_view name) {
+  return !name.empty() && (isDigit(name.back()) || isSeparator(name.back())) &&
+         name.find('>') != std::string_view::npos;
 }
 
 }  // namespace
 
 IndexedName IndexedName::split(std::string_view name) {
-  return name.find('>') == std::string_view::npos ? IndexedName() : splitAlways(name);
+  return mayBeIndexed(name) ? splitAlways(name) : IndexedName();
 }
 
 int orderOfSignals(const std::string* a, const std::string* b) {
   if (a == b) return 0;
   const std::string_view textA = a == nullptr ? std::string_view() : *a;
   const std::string_view textB = b == nullptr ? std::string_view() : *b;
+  if (!mayBeIndexed(textA) && !mayBeIndexed(textB)) return compareBytes(textA, textB);
   const IndexedName splitA = IndexedName::split(textA);
   const IndexedName splitB = IndexedName::split(textB);
   if (splitA.valid && splitB.valid && splitA.base == splitB.base) {

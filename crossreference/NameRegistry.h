@@ -117,6 +117,8 @@ class SignalRegistry {
   /// Whether a new signal of a module, of a name that is new to the module and without "/", is
   /// found through the module alone.
   bool isPlain(const Module& module) const;
+  /// Whether all signals are found through their modules alone.
+  bool isPlain() const { return !m_slashed && m_loose.empty(); }
   /// Enters such a signal.
   void hold(Signal& signal) const { signal.m_held = (signal.m_held | viewBit()) & 3U; }
   Signal* find(std::string_view name) const;

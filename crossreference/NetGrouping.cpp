@@ -8,8 +8,8 @@ namespace XRF_RTL2LL {
 namespace {
 
 // Orders numbers as their decimal texts followed by `end`: "_" sorts after every digit, the end of
-// the text before. The digits are taken to ten by nines or zeros, and which of two numbers that come
-// out alike has more digits decides.
+// the text before. The digits are taken to ten by nines or zeros, and which of two numbers that
+// come out alike has more digits decides.
 std::uint64_t textKey(std::uint32_t number, bool last) {
   constexpr unsigned most = 10;
   std::uint64_t power = 10;

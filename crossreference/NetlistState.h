@@ -8,6 +8,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -35,6 +36,8 @@ class ObjectBudget {
   std::uint64_t m_made = 0;
 };
 
+class RegisterPairs;
+
 /// What a netlist knows; its readers fill it.
 struct NetlistState {
   explicit NetlistState(ModelState& owner);
@@ -52,8 +55,12 @@ struct NetlistState {
   std::array<bool, 2> renamed{};  // whether a netlist has other names than its identifiers
   bool loaded = false;            // from a cross-reference file, whose views may share bits
   std::unordered_set<const Signal*> ambiguous;  // of a full name that several signals have
-  ObjectBudget* budget = nullptr;               // while a netlist is read
-  std::vector<std::uint8_t> kinds;              // by cell code, counted from 1; 0 is not known yet
+  // Signals of each view that registers were tied to; some may be there twice, or hold none since.
+  std::array<std::vector<Signal*>, 2> tied;
+  mutable std::mutex pairsLock;
+  mutable std::shared_ptr<const RegisterPairs> pairs;  // see RegisterPairs::of
+  ObjectBudget* budget = nullptr;                      // while a netlist is read
+  std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
 
   const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
   /// `Netlist::addSignal` for a name that the model stores already.
@@ -67,6 +74,8 @@ struct NetlistState {
   bool isAmbiguous(const Signal& signal) const {
     return !ambiguous.empty() && ambiguous.count(&signal) != 0;
   }
+  /// Whether every signal is found by its local name in the module that its full name begins with.
+  bool isPlain() const { return signals[RTL].isPlain() && signals[SYNTH].isPlain(); }
   opKind kindOf(unsigned int cellCode, unsigned int lutMode);
   /// The signal of a module by its local name, or null.
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {

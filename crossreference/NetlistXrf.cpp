@@ -1,14 +1,35 @@
+#include <crossreference/MemberSet.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
 #include <crossreference/Utils.h>
-#include <support/InputFile.h>
+#include <crossreference/XrfRecords.h>
+#include <support/FileLines.h>
 #include <support/Limits.h>
 #include <support/Report.h>
 #include <support/Scan.h>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <unordered_map>
 
 namespace XRF_RTL2LL {
+
+namespace {
+
+std::string_view withoutMargin(std::string_view line) {
+  constexpr std::string_view blanks = "        ";
+  while (line.size() >= blanks.size() && std::memcmp(line.data(), blanks.data(), 8) == 0) {
+    line.remove_prefix(blanks.size());
+  }
+  const auto isMargin = [](char byte) {
+    return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
+  };
+  while (!line.empty() && isMargin(line.front())) line.remove_prefix(1);
+  return line;
+}
+
+}  // namespace
 
 /// Rebuilds both views from the lines of a cross-reference file.
 class XrfReader {
@@ -18,18 +39,6 @@ class XrfReader {
   void read();
 
  private:
-  struct SignalFields {
-    std::string visibility;
-    std::string direction;
-    std::string name;
-    std::uint32_t id = 0;
-    std::uint32_t net = 0;
-    std::uint32_t lsb = 0;
-    std::uint32_t msb = 0;
-    std::string_view bits;  // what follows the msb
-    unsigned count = 0;     // fields converted
-  };
-
   void parse_line(std::string_view line);
   bool parse_bit(std::string_view line);
   bool parse_signal(std::string_view line);
@@ -37,9 +46,14 @@ class XrfReader {
   bool parse_view(std::string_view line);
   bool parse_header(std::string_view line);
 
-  static SignalFields scanSignal(std::string_view line);
+  void checkSignal(std::string_view line);
   void linkBits(Signal& signal, std::string_view numbers);
+  void linkBit(Signal& signal, std::uint64_t index, std::uint32_t number);
+  void join(Signal& signal, Net& net);
+  static void close(Module& module);
+  static void forgetVisible(Module& module);
   void closeModules(std::ptrdiff_t count);
+  void closeAll();
   void declareBits(std::uint32_t count);
   void declareNets(std::uint32_t count);
   void checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const;
@@ -49,8 +63,8 @@ class XrfReader {
 
   Netlist& m_netlist;
   NetlistState& m_state;
-  LineReader m_lines;
-  ReadPlace m_place;
+  FileLines m_lines;
+  SignalRecord m_signal;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
   std::uint64_t m_path_bytes = 0;
@@ -60,6 +74,7 @@ class XrfReader {
   std::uint32_t m_highest_bit = 0;
   std::vector<Bit*> m_bits;
   std::vector<Net*> m_nets;
+  std::array<Module*, 2> m_roots{};
   std::vector<Module*> m_modules;  // the open ones, the view's root first
 };
 
@@ -76,25 +91,12 @@ int Netlist::parse_xrf(std::string path) {
 
 XrfReader::XrfReader(Netlist& netlist, NetlistState& state, const std::string& path,
                      std::string_view text)
-    : m_netlist(netlist),
-      m_state(state),
-      m_lines(text),
-      m_place(path, this, [](const void* reader) {
-        return ReadPlace::Position{static_cast<const XrfReader*>(reader)->m_lines.number(), 0};
-      }) {}
+    : m_netlist(netlist), m_state(state), m_lines(path, text, "Reading cross-reference") {}
 
 void XrfReader::read() {
-  constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
-  std::uint64_t report = 0;
   while (m_lines.next()) {
-    if (m_lines.offset() >= report) {
-      progress("Reading cross-reference", m_lines.offset(), m_lines.size());
-      report = m_lines.offset() + reportDistance;
-    }
-    std::string_view line = m_lines.line();
-    const std::size_t start = line.find_first_not_of(" \n\r\t");
-    if (start == std::string_view::npos) continue;
-    parse_line(line.substr(start));
+    const std::string_view line = withoutMargin(m_lines.line());
+    if (!line.empty()) parse_line(line);
   }
   finish();
 }
@@ -106,17 +108,11 @@ void XrfReader::finish() {
             "match.\n",
             static_cast<int>(m_version), static_cast<int>(utils::getVersion()));
   }
-  for (const EdifView view : {RTL, SYNTH}) {
-    Module* root = m_netlist.findModule(view, "/");
-    if (root == nullptr) continue;
-    ModelState::settleTree(*root);
-    root->updateVisibleChildren(true);
-    root->updateVisibleSignals(true);
-  }
   m_state.model.nets.each([](const Net* net) { net->getSignals(); });
   if (m_state.reading.has(Rule::ClosingModules) && m_modules.size() > 1) {
     fatalHere("The file ends before all its modules are closed.");
   }
+  closeAll();
   if (m_state.reading.has(Rule::DeclareLoadedBits) && m_highest_bit > Bit::getMaxBitId()) {
     Bit::setMaxBitId(m_highest_bit);
   }
@@ -127,11 +123,14 @@ void XrfReader::finish() {
 void XrfReader::recallRegisters() {
   for (const EdifView view : {RTL, SYNTH}) {
     RegisterTies ties(m_state, view);
+    std::unordered_map<const std::string*, opKind> kinds;  // of the cells met so far
     m_state.modules[view].each([&](Module* module) {
-      const char* cell = module->getDefName();
+      const std::string* cell = module->m_def_name;
       if (cell == nullptr || module->getParent() == nullptr) return;
+      const auto [kind, isNew] = kinds.try_emplace(cell, HIER);
       const unsigned lutMode = view == RTL ? 2 : 0;
-      module->setKind(m_state.kindOf(m_state.tokens->getCode(cell), lutMode));
+      if (isNew) kind->second = m_state.kindOf(m_state.tokens->getCode(*cell), lutMode);
+      module->setKind(kind->second);
       if (!RegisterTies::isRegister(m_state, *module)) return;
       Signal* output = RegisterTies::outputOf(*module);
       if (output != nullptr) output->setSrcState();
@@ -142,87 +141,81 @@ void XrfReader::recallRegisters() {
 }
 
 void XrfReader::parse_line(std::string_view line) {
-  if (parse_bit(line) || parse_signal(line) || parse_module(line) || parse_view(line) ||
-      parse_header(line)) {
-    return;
+  bool known = false;
+  // The letter after the parenthesis leaves few records to try.
+  switch (line.size() > 1 ? line[1] : ' ') {
+    case 'S':
+      known = parse_signal(line);
+      break;
+    case 'M':
+      known = parse_module(line);
+      break;
+    case 'B':
+      known = parse_bit(line) || parse_header(line);
+      break;
+    default:
+      known = parse_view(line) || parse_header(line);
   }
-  fatal("Unexpected syntax encountered.\n %s\n", std::string(line).c_str());
+  if (!known) fatal("Unexpected syntax encountered.\n %s\n", std::string(line).c_str());
 }
 
 bool XrfReader::parse_bit(std::string_view line) {
-  Scan scan(line);
-  std::uint32_t id = 0;
-  std::string_view kind;
-  std::string_view value;
-  if (!scan.literal("(BIT ") || !scan.integer(id) || !scan.word(kind) || !scan.word(value)) {
-    return false;
+  BitRecord record;
+  if (!record.scan(line)) return false;
+  if (record.id >= m_bits.size()) {
+    fatalHere("Bit %u is beyond the %zu bits that the file declares.", record.id, m_bits.size());
   }
-  std::uint32_t location[3] = {0, 0, 0};
-  unsigned fields = 3;
-  while (fields < 6 && scan.integer(location[fields - 3])) ++fields;
-  if (fields == 4) return false;
-  if (id >= m_bits.size()) {
-    fatalHere("Bit %u is beyond the %zu bits that the file declares.", id, m_bits.size());
-  }
-  Bit* bit = new Bit(id);
-  setValue(bit, std::string(value).c_str());
-  if (fields == 3) {
-    setKind(bit, std::string(kind).c_str());
+  Bit* bit = new Bit(record.id);
+  setValue(bit, std::string(record.value).c_str());
+  if (record.fields == 3) {
+    setKind(bit, std::string(record.kind).c_str());
   } else {
     bit->setKind(Bit::STATE);
-    bit->setStateLoc(location[0], location[1], fields == 6 ? location[2] : 0);
+    bit->setStateLoc(record.location[0], record.location[1], record.location[2]);
   }
-  m_bits[id] = bit;
-  m_highest_bit = std::max(m_highest_bit, id);
+  m_bits[record.id] = bit;
+  m_highest_bit = std::max(m_highest_bit, record.id);
   return true;
 }
 
-XrfReader::SignalFields XrfReader::scanSignal(std::string_view line) {
-  SignalFields fields;
-  Scan scan(line);
-  if (!scan.literal("(SIG ")) return fields;
-  for (std::string* text : {&fields.visibility, &fields.direction, &fields.name}) {
-    std::string_view word;
-    if (!scan.word(word)) return fields;
-    *text = word;
-    ++fields.count;
+void XrfReader::checkSignal(std::string_view line) {
+  const SignalRecord& record = m_signal;
+  if (record.fields == 8 && record.lsb != record.msb) {
+    fatal("Illegal signal: %s\n", std::string(line).c_str());
   }
-  for (std::uint32_t* number : {&fields.id, &fields.net, &fields.lsb, &fields.msb}) {
-    if (!scan.integer(*number)) return fields;
-    ++fields.count;
+  if (record.msb - record.lsb >= limits::signalWidth && record.msb >= record.lsb) {
+    fatalHere("Signal %s from %u to %u is wider than %u bits.", std::string(record.name).c_str(),
+              record.lsb, record.msb, limits::signalWidth);
   }
-  fields.bits = scan.rest();
-  std::uint32_t bit = 0;
-  while (fields.count < 9 && scan.integer(bit)) ++fields.count;
-  return fields;
+  if (record.msb >= record.lsb) {
+    checkDeclared(m_declared_indices, std::uint64_t{record.msb} - record.lsb + 1, "indices");
+  }
+  if (record.net >= m_nets.size()) {
+    fatalHere("Net %u is beyond the %zu nets that the file declares.", record.net, m_nets.size());
+  }
 }
 
 bool XrfReader::parse_signal(std::string_view line) {
-  const SignalFields fields = scanSignal(line);
-  if (fields.count < 8) return false;
-  if (fields.count == 8 && fields.lsb != fields.msb) {
-    fatal("Illegal signal: %s\n", std::string(line).c_str());
-  }
-  if (fields.msb - fields.lsb >= limits::signalWidth && fields.msb >= fields.lsb) {
-    fatalHere("Signal %s from %u to %u is wider than %u bits.", fields.name.c_str(), fields.lsb,
-              fields.msb, limits::signalWidth);
-  }
-  if (fields.msb >= fields.lsb) {
-    checkDeclared(m_declared_indices, std::uint64_t{fields.msb} - fields.lsb + 1, "indices");
-  }
-  if (fields.net >= m_nets.size()) {
-    fatalHere("Net %u is beyond the %zu nets that the file declares.", fields.net, m_nets.size());
-  }
+  if (!m_signal.scan(line)) return false;
+  checkSignal(line);
+  const SignalRecord& record = m_signal;
   Module& module = front();
-  auto* signal = new Signal(&module, fields.name.c_str(), fields.id, fields.lsb, fields.msb, true);
-  setKind(signal, fields.direction.c_str());
+  ModelState& model = m_state.model;
+  auto* signal = new (model.arena.allocate(sizeof(Signal))) Signal(
+      model, &module, model.names.intern(record.name), record.id, record.lsb, record.msb, true);
+  setKind(signal, std::string(record.direction).c_str());
   module.addSignal(signal);
-  m_netlist.registerSignal(m_view, signal);
-  linkBits(*signal, fields.bits);
-  if (fields.visibility[0] == 'H') signal->setHidden(true);
-  m_nets[fields.net]->addSignal(signal);
-  // The first parenthesis closes the record itself.
-  closeModules(std::count(line.begin(), line.end(), ')') - 1);
+  m_state.enter(m_view, signal, true);
+  if (record.isPlain) {
+    signal->cover(model, record.lsb, record.msb);
+    std::uint64_t index = record.lsb;
+    for (const std::uint32_t bit : record.bits) linkBit(*signal, index++, bit);
+  } else {
+    linkBits(*signal, record.rest);
+  }
+  if (record.visibility.front() == 'H') signal->setHidden(true);
+  join(*signal, *m_nets[record.net]);
+  closeModules(record.closing);
   return true;
 }
 
@@ -235,23 +228,65 @@ void XrfReader::linkBits(Signal& signal, std::string_view numbers) {
     if (close == std::string_view::npos) continue;
     std::uint32_t number = 0;
     Scan(word.substr(close)).integer(number);
-    if (index > signal.getMsb()) {
-      fatalHere("Signal %s has more bits than its range %u to %u.", signal.getName(),
-                signal.getLsb(), signal.getMsb());
-    }
-    if (number >= m_bits.size() || m_bits[number] == nullptr) {
-      fatalHere("Signal %s names bit %u, which the file does not declare.", signal.getName(),
-                number);
-    }
-    auto* ref = new BitRef(&signal, static_cast<std::uint32_t>(index));
-    ref->setBit(m_bits[number]);
-    signal.setBitRef(static_cast<std::uint32_t>(index), ref);
+    linkBit(signal, index, number);
   }
+}
+
+void XrfReader::linkBit(Signal& signal, std::uint64_t index, std::uint32_t number) {
+  if (index > signal.m_msb) {
+    fatalHere("Signal %s has more bits than its range %u to %u.", signal.getName(), signal.getLsb(),
+              signal.getMsb());
+  }
+  if (number >= m_bits.size() || m_bits[number] == nullptr) {
+    fatalHere("Signal %s names bit %u, which the file does not declare.", signal.getName(), number);
+  }
+  const auto at = static_cast<std::uint32_t>(index);
+  auto* ref = new (m_state.model.arena.allocate(sizeof(BitRef))) BitRef(&signal, at);
+  ref->setBit(m_bits[number]);
+  signal.setBitRef(at, ref);
+}
+
+// A net lists one signal of each name, and the million members of a clock have but a few.
+void XrfReader::join(Signal& signal, Net& net) {
+  constexpr std::uint32_t compared = 16;
+  signal.m_net = &net;
+  const detail::Members& set = net.m_signals;
+  for (std::uint32_t at = 0; at < std::min(set.count, compared); ++at) {
+    if (members::object<Signal>(set.slots[at])->m_name == signal.m_name) return;
+  }
+  members::append(m_state.model.arena, net.m_signals, &signal);
+}
+
+// A module's sets are settled while they are at hand.
+void XrfReader::close(Module& module) {
+  module.updateVisibleSignals(false);
+  module.updateVisibleChildren(false);
+  const detail::Members& children = module.children();
+  if (children.listed == children.count) return;
+  for (std::uint32_t at = 0; at < children.count; ++at) {
+    if ((children.slots[at] & members::unlisted) != 0) {
+      forgetVisible(*members::object<Module>(children.slots[at]));
+    }
+  }
+}
+
+void XrfReader::closeAll() {
+  for (; !m_modules.empty(); m_modules.pop_back()) close(*m_modules.back());
+}
+
+// What no tree of a view lists shows nothing.
+void XrfReader::forgetVisible(Module& module) {
+  members::updateVisible<Signal>(module.m_signals, [](const Signal*) { return true; });
+  if (module.m_inside == nullptr) return;
+  detail::Members& children = module.m_inside->children;
+  members::updateVisible<Module>(children, [](const Module*) { return true; });
+  members::each<Module>(children, [](Module* child) { forgetVisible(*child); });
 }
 
 void XrfReader::closeModules(std::ptrdiff_t count) {
   for (; count > 0; --count) {
     if (m_modules.empty()) fatalHere("More modules are closed than are open.");
+    close(*m_modules.back());
     m_modules.pop_back();
   }
 }
@@ -262,21 +297,15 @@ Module& XrfReader::front() const {
 }
 
 bool XrfReader::parse_module(std::string_view line) {
-  Scan scan(line);
-  std::string_view visibility;
-  std::string_view definition;
-  std::string_view name;
-  std::uint32_t id = 0;
-  if (!scan.literal("(MOD ") || !scan.word(visibility) || !scan.word(definition) ||
-      !scan.word(name) || !scan.integer(id)) {
-    return false;
-  }
+  ModuleRecord record;
+  if (!record.scan(line)) return false;
   Module& parent = front();
   if (m_modules.size() > limits::moduleNesting) {
     fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
   }
   const std::uint64_t before = m_state.model.pathBytes;
-  auto* module = new Module(std::string(name).c_str(), std::string(definition).c_str(), id);
+  NamePool& names = m_state.model.names;
+  auto* module = new Module(names.intern(record.name), names.intern(record.definition), record.id);
   if (m_modules.size() == 1) m_state.top.at(m_view) = module;
   // Parentheses do not count here: a module with anything to list closes on a later line.
   parent.addChild(module);
@@ -287,10 +316,10 @@ bool XrfReader::parse_module(std::string_view line) {
   }
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
-  if (visibility.front() == 'H') module->setHidden();
+  if (record.visibility.front() == 'H') module->setHidden();
   if (m_state.reading.has(Rule::ClosingModules)) {
     // A module without anything to list closes on its own line, and may close its parents with it.
-    closeModules(std::count(line.begin(), line.end(), ')'));
+    closeModules(record.closing);
   }
   return true;
 }
@@ -305,7 +334,10 @@ bool XrfReader::parse_view(std::string_view line) {
   m_view = view.front() == 'R' ? RTL : SYNTH;
   auto* root = new Module("", "", 0);
   m_netlist.registerModule(m_view, root);
-  m_modules.assign(1, root);
+  closeAll();
+  if (m_roots.at(m_view) != nullptr) forgetVisible(*m_roots[m_view]);
+  m_roots[m_view] = root;
+  m_modules.push_back(root);
   return true;
 }
 

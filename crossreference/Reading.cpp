@@ -49,16 +49,21 @@ struct Groups {
   std::vector<std::string_view> texts;
 };
 
+// Takes the last group off a name.
+bool takeGroup(std::string_view& base, std::string_view& text) {
+  if (base.size() <= 2 || base.back() != ']') return false;
+  const std::size_t open = base.find_last_of("[]", base.size() - 2);
+  if (open == std::string_view::npos || open == 0 || base[open] == ']') return false;
+  text = base.substr(open + 1, base.size() - open - 2);
+  if (!isNumber(text) && !isField(text) && !isRange(text) && !isNegative(text)) return false;
+  base = base.substr(0, open);
+  return true;
+}
+
 Groups splitGroups(std::string_view name) {
   Groups groups{name, {}};
-  while (groups.base.size() > 2 && groups.base.back() == ']') {
-    const std::size_t open = groups.base.find_last_of("[]", groups.base.size() - 2);
-    if (open == std::string_view::npos || open == 0 || groups.base[open] == ']') break;
-    const std::string_view text = groups.base.substr(open + 1, groups.base.size() - open - 2);
-    if (!isNumber(text) && !isField(text) && !isRange(text) && !isNegative(text)) break;
-    groups.texts.insert(groups.texts.begin(), text);
-    groups.base = groups.base.substr(0, open);
-  }
+  std::string_view text;
+  while (takeGroup(groups.base, text)) groups.texts.insert(groups.texts.begin(), text);
   return groups;
 }
 
@@ -137,15 +142,34 @@ NamedBits NamedBits::whole() const {
   return bits;
 }
 
+namespace {
+
+constexpr std::string_view registerEnding = "_reg";
+
+bool endsAsRegister(std::string_view base) {
+  return base.size() > registerEnding.size() && base.ends_with(registerEnding);
+}
+
+}  // namespace
+
+bool namesRegister(std::string_view instance) {
+  while (dropReplica(instance)) {
+  }
+  std::string_view last;
+  std::string_view text;
+  while (takeGroup(instance, text)) last = last.empty() ? text : last;
+  std::uint32_t index = 0;
+  return endsAsRegister(instance) && (!isNumber(last) || toIndex(last, index));
+}
+
 NamedBits decodeRegister(std::string_view instance) {
-  constexpr std::string_view ending = "_reg";
   NamedBits bits;
   bool replica = false;
   while (dropReplica(instance)) replica = true;
   const Groups groups = splitGroups(instance);
   std::string_view base = groups.base;
-  if (base.size() <= ending.size() || !base.ends_with(ending)) return bits;
-  base.remove_suffix(ending.size());
+  if (!endsAsRegister(base)) return bits;
+  base.remove_suffix(registerEnding.size());
   bits = decodeGroups(base, groups);
   bits.replica = replica;
   return bits;
@@ -157,6 +181,12 @@ NamedBits decodeBit(std::string_view name) {
   if (groups.texts.empty() || groups.base.back() == ']') return {};
   if (isNegative(groups.texts.back()) || isRange(groups.texts.back())) return {};
   return decodeGroups(groups.base, groups);
+}
+
+bool splitBit(std::string_view name, std::string_view& bus, std::uint32_t& index) {
+  bus = name;
+  std::string_view group;
+  return takeGroup(bus, group) && bus.back() != ']' && toIndex(group, index);
 }
 
 PortRange decodeArray(std::string_view name, std::uint32_t width) {
@@ -191,10 +221,14 @@ bool holdsState(std::string_view cell) {
          cell.starts_with("RTL_LATCH");
 }
 
-std::string normalised(std::string name) {
+void normalise(std::string& name) {
   for (char& byte : name) {
     if (byte == '[' || byte == ']' || byte == '.' || byte == '$') byte = '_';
   }
+}
+
+std::string normalised(std::string name) {
+  normalise(name);
   return name;
 }
 
@@ -218,7 +252,7 @@ std::vector<NamedBits> registerReadings(std::string_view name) {
   return readings;
 }
 
-std::string netApart(std::string name) { return std::move(name) + ":net"; }
+std::string netApart(std::string name) { return name += apartEnding; }
 
 std::string withCleanLevels(const std::string& name) {
   const std::size_t slash = name.rfind('/');
@@ -226,18 +260,26 @@ std::string withCleanLevels(const std::string& name) {
   return normalised(name.substr(0, slash)) + name.substr(slash);
 }
 
+LevelChanges::LevelChanges(std::string_view name) : m_name(name), m_flat(name) {}
+
+bool LevelChanges::next() {
+  if (m_next == Next::Clean) {
+    // No hierarchy is deeper, and the changes of a longer name would fill memory.
+    const bool tooDeep = std::count(m_name.begin(), m_name.end(), '/') > limits::moduleNesting;
+    m_next = tooDeep ? Next::None : Next::Join;
+    m_current = {withCleanLevels(m_name), {}};
+    if (m_current.name != m_name) return true;
+  }
+  const std::size_t at = m_next == Next::None ? std::string::npos : m_flat.rfind('/');
+  if (at == std::string::npos) return false;
+  m_flat[at] = '_';
+  m_current = {m_flat, m_name.substr(0, at)};
+  return true;
+}
+
 std::vector<ChangedLevels> changedLevels(std::string_view name) {
   std::vector<ChangedLevels> changed;
-  const std::string raw(name);
-  std::string clean = withCleanLevels(raw);
-  if (clean != raw) changed.push_back({std::move(clean), {}});
-  // No hierarchy is deeper, and the changes of a longer name would fill memory.
-  if (std::count(raw.begin(), raw.end(), '/') > limits::moduleNesting) return changed;
-  std::string flat = raw;
-  for (std::size_t at = flat.rfind('/'); at != std::string::npos; at = flat.rfind('/', at)) {
-    flat[at] = '_';
-    changed.push_back({flat, raw.substr(0, at)});
-  }
+  for (LevelChanges changes(name); changes.next();) changed.push_back(changes.current());
   return changed;
 }
 

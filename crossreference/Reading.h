@@ -66,8 +66,15 @@ struct NamedBits {
 /// The register that an instance implements: `_reg`, then nothing but bracket groups.
 NamedBits decodeRegister(std::string_view instance);
 
+/// Whether `decodeRegister` finds one.
+bool namesRegister(std::string_view instance);
+
 /// The bus bit that a net's or bit port's name ends in; not valid for a name without an index.
 NamedBits decodeBit(std::string_view name);
+
+/// The same for a name of one group that is a number, which nearly all have: true with the bus and
+/// the index; false leaves it to `decodeBit`.
+bool splitBit(std::string_view name, std::string_view& bus, std::uint32_t& index);
 
 /// Name and declared range of a port array.
 struct PortRange {
@@ -85,6 +92,7 @@ std::string cleaned(std::string_view name);
 bool holdsState(std::string_view cell);
 
 /// "[", "]", "." and "$" as "_", the way implementation tools clean names.
+void normalise(std::string& name);
 std::string normalised(std::string name);
 
 /// What a net's name may stand for, most faithful first: a signal of the whole name, then the bit
@@ -94,6 +102,8 @@ std::vector<NamedBits> netReadings(std::string_view name);
 /// The same for the name of a register's instance, with the levels before it.
 std::vector<NamedBits> registerReadings(std::string_view name);
 
+/// The end of such a name as `netApart` makes.
+inline constexpr std::string_view apartEnding = ":net";
 /// What a net is called whose name belongs to a register that does not drive it.
 std::string netApart(std::string name);
 
@@ -103,8 +113,24 @@ struct ChangedLevels {
   std::string joined;  ///< the module whose level is part of the name now, if that was the change
 };
 
-/// The changes that a name below the top may have gone through: its levels cleaned, or joined to
-/// the name with "_" from the innermost on.
+/// The changes that a name below the top may have gone through, one after another: its levels
+/// cleaned, or joined to the name with "_" from the innermost on.
+class LevelChanges {
+ public:
+  explicit LevelChanges(std::string_view name);
+
+  /// False when there is none left.
+  bool next();
+  const ChangedLevels& current() const { return m_current; }
+
+ private:
+  enum class Next { Clean, Join, None };
+
+  std::string m_name;
+  ChangedLevels m_current;
+  std::string m_flat;  // with the levels joined so far
+  Next m_next = Next::Clean;
+};
 std::vector<ChangedLevels> changedLevels(std::string_view name);
 
 /// The name with its levels cleaned alone.

@@ -1,13 +1,13 @@
+#include <crossreference/Namesakes.h>
 #include <crossreference/RegisterCopy.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 
 #include <algorithm>
 
 namespace XRF_RTL2LL {
 
 namespace {
-
-bool isTied(const BitRef* ref) { return ref != nullptr && RegisterTies::isTied(*ref); }
 
 // Calls `visit` with the references of both signals at each index that both have.
 template <class Visit>
@@ -18,6 +18,15 @@ void eachCommon(const Signal& a, const Signal& b, Visit visit) {
     const BitRef* refB = b.getBitRef(static_cast<std::uint32_t>(index), true);
     if (refA != nullptr && refB != nullptr) visit(*refA, *refB);
   }
+}
+
+bool hasUnknown(const Signal& signal) {
+  bool any = false;
+  eachRef(signal, [&](const BitRef& ref) {
+    const Bit* bit = ref.getBit();
+    any = any || (bit != nullptr && bit->getKind() == Bit::UNKNOWN);
+  });
+  return any;
 }
 
 bool isKnown(const Bit& bit) { return bit.getKind() == Bit::STATE || bit.getKind() == Bit::CNST; }
@@ -64,14 +73,13 @@ void RegisterCopy::copyRegisters() {
       contradicted.push_back(&bit);
     }
   };
-  for (const Signal* rtl : m_pairs.registers()) {
-    const Signal* synth = m_pairs.twin(*rtl);
-    if (synth == nullptr) continue;
-    eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
-      if (isTied(&to) && isTied(&from)) takeOwn(to, from);
+  for (const RegisterPairs::Pair& pair : m_pairs->registers()) {
+    if (pair.synth == nullptr) continue;
+    eachCommon(*pair.rtl, *pair.synth, [&](const BitRef& to, const BitRef& from) {
+      if (RegisterTies::isTied(to) && RegisterTies::isTied(from)) takeOwn(to, from);
     });
   }
-  for (const RegisterPairs::Unnamed& same : m_pairs.unnamed()) {
+  for (const RegisterPairs::Unnamed& same : m_pairs->unnamed()) {
     if (same.synth != nullptr) eachCommon(*same.rtl, *same.synth, takeOwn);
   }
   // One bit of two registers that live in different places can show neither.
@@ -81,62 +89,72 @@ void RegisterCopy::copyRegisters() {
   }
 }
 
-// Whether a name is only a name: synthesis hands them on, so what a register drives, or what may
+// Whether a bit has mere names: synthesis hands them on, so what a register drives, or what may
 // mean two registers, takes nothing from a net that happens to be called like it.
-bool RegisterCopy::isMereName(const BitRef& ref) {
-  if (ref.getBit()->isSrc() || RegisterTies::isDisputed(ref)) return false;
-  const Range<BitRef> refs = ref.getBit()->getBitRefs();
-  return std::none_of(refs.begin(), refs.end(), [](const BitRef* other) {
-    return other->getSignal()->isSrcState() || RegisterTies::isDisputed(*other);
-  });
+bool RegisterCopy::isMere(const Bit& bit) {
+  constexpr std::size_t few = 8;
+  const Range<BitRef> refs = bit.getBitRefs();
+  const auto isName = [](const BitRef* ref) {
+    return !ref->getSignal()->isSrcState() && !RegisterTies::isDisputed(*ref);
+  };
+  if (refs.size() <= few) return std::all_of(refs.begin(), refs.end(), isName);
+  const auto [known, isNew] = m_mere.try_emplace(&bit);
+  if (isNew) known->second = std::all_of(refs.begin(), refs.end(), isName);
+  return known->second;
+}
+
+// Only registers are ever unread, so what is unread takes nothing.
+bool RegisterCopy::takesName(const BitRef& to, const BitRef& from) {
+  const Bit& bit = *to.getBit();
+  return bit.getKind() == Bit::UNKNOWN && isKnown(*from.getBit()) && !bit.isSrc() &&
+         !RegisterTies::isDisputed(to) && isMere(bit);
 }
 
 void RegisterCopy::copyNames() {
   // A file without register cells does not tell which names are registers.
-  if (m_state.loaded && m_pairs.registers().empty() && m_pairs.unnamed().empty()) return;
-  const auto takes = [](const BitRef& to, const BitRef& from) {
-    // Only registers are ever unread, so what is unread is none of these.
-    return to.getBit()->getKind() == Bit::UNKNOWN && isKnown(*from.getBit()) && isMereName(to);
+  if (m_state.loaded && m_pairs->registers().empty() && m_pairs->unnamed().empty()) return;
+  struct Named {
+    Signal* rtl;
+    const Signal* synth;
   };
-  std::vector<Signal*> named;
+  std::vector<Named> named;
+  Namesakes namesakes(m_state);
   m_state.signals[RTL].each([&](Signal* rtl) {
-    const Signal* synth = m_pairs.namesake(*rtl);
+    if (!namesakes.mayFind(*rtl) || !hasUnknown(*rtl)) return;
+    const Signal* synth = namesakes.find(*rtl);
     if (synth == nullptr) return;
     bool any = false;
     eachCommon(*rtl, *synth,
-               [&](const BitRef& to, const BitRef& from) { any = any || takes(to, from); });
-    if (any) named.push_back(rtl);
+               [&](const BitRef& to, const BitRef& from) { any = any || takesName(to, from); });
+    if (any) named.push_back({rtl, synth});
   });
   // One bit may have several names, and the first in byte order decides.
-  sortByName(named);
-  for (const Signal* rtl : named) {
-    eachCommon(*rtl, *m_pairs.namesake(*rtl), [&](const BitRef& to, const BitRef& from) {
-      if (takes(to, from)) take(*to.getBit(), *from.getBit());
+  std::sort(named.begin(), named.end(), [](const Named& a, const Named& b) {
+    return NameKey::compare(NameKey(*a.rtl), NameKey(*b.rtl)) < 0;
+  });
+  for (const Named& same : named) {
+    eachCommon(*same.rtl, *same.synth, [&](const BitRef& to, const BitRef& from) {
+      if (takesName(to, from)) take(*to.getBit(), *from.getBit());
     });
   }
 }
 
 void RegisterCopy::markUnread() {
-  for (const Signal* rtl : m_pairs.registers()) {
+  for (const RegisterPairs::Pair& pair : m_pairs->registers()) {
     // A register that was not told from another may well be there.
-    if (m_pairs.isDisputed(*rtl)) continue;
-    const Signal* synth = m_pairs.twin(*rtl);
-    for (std::uint64_t at = rtl->getLsb(); at <= rtl->getMsb(); ++at) {
-      const auto index = static_cast<std::uint32_t>(at);
-      const BitRef* ref = rtl->getBitRef(index, true);
-      if (!isTied(ref) || ref->getBit()->getKind() != Bit::UNKNOWN) continue;
-      const bool both = synth != nullptr && index >= synth->getLsb() && index <= synth->getMsb() &&
-                        isTied(synth->getBitRef(index, true));
-      if (both) continue;
-      markUnreadBit(*ref->getBit());
-    }
+    if (pair.disputed) continue;
+    eachRef(*pair.rtl, [&](const BitRef& ref) {
+      if (!RegisterTies::isTied(ref) || ref.getBit()->getKind() != Bit::UNKNOWN) return;
+      const bool both =
+          pair.synth != nullptr && RegisterTies::isTied(refAt(*pair.synth, ref.getIndex()));
+      if (!both) markUnreadBit(*ref.getBit());
+    });
   }
-  for (const RegisterPairs::Unnamed& same : m_pairs.unnamed()) {
+  for (const RegisterPairs::Unnamed& same : m_pairs->unnamed()) {
     if (same.synth != nullptr) continue;
-    for (std::uint64_t index = same.rtl->getLsb(); index <= same.rtl->getMsb(); ++index) {
-      const BitRef* ref = same.rtl->getBitRef(static_cast<std::uint32_t>(index), true);
-      if (ref != nullptr && ref->getBit()->getKind() == Bit::UNKNOWN) markUnreadBit(*ref->getBit());
-    }
+    eachRef(*same.rtl, [](const BitRef& ref) {
+      if (ref.getBit()->getKind() == Bit::UNKNOWN) markUnreadBit(*ref.getBit());
+    });
   }
 }
 

@@ -2,6 +2,9 @@
 
 #include <crossreference/RegisterPairs.h>
 
+#include <memory>
+#include <unordered_map>
+
 namespace XRF_RTL2LL {
 
 /// The final copy of extended reading: what the synthesized view knows of a register goes to the
@@ -9,7 +12,7 @@ namespace XRF_RTL2LL {
 /// count.
 class RegisterCopy {
  public:
-  explicit RegisterCopy(NetlistState& state) : m_state(state), m_pairs(state) {}
+  explicit RegisterCopy(NetlistState& state) : m_state(state), m_pairs(RegisterPairs::of(state)) {}
 
   /// Registers first, then equally named signals, but never onto another register's bit.
   void copy();
@@ -20,10 +23,12 @@ class RegisterCopy {
   void copyRegisters();
   void copyNames();
   bool isOpen(const Bit& bit) const;
-  static bool isMereName(const BitRef& ref);
+  bool takesName(const BitRef& to, const BitRef& from);
+  bool isMere(const Bit& bit);
 
   NetlistState& m_state;
-  RegisterPairs m_pairs;
+  std::shared_ptr<const RegisterPairs> m_pairs;
+  std::unordered_map<const Bit*, bool> m_mere;  // what was found out about bits of many references
 };
 
 }  // namespace XRF_RTL2LL

@@ -1,23 +1,19 @@
+#include <crossreference/Namesakes.h>
 #include <crossreference/Reading.h>
 #include <crossreference/RegisterPairs.h>
+#include <crossreference/RegisterPlaces.h>
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 #include <support/Limits.h>
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <numeric>
 
 namespace XRF_RTL2LL {
 
 namespace {
-
-bool isTied(const BitRef* ref) { return ref != nullptr && RegisterTies::isTied(*ref); }
-
-bool holdsRegisters(const Signal& signal) {
-  for (std::uint64_t index = signal.getLsb(); index <= signal.getMsb(); ++index) {
-    if (isTied(signal.getBitRef(static_cast<std::uint32_t>(index), true))) return true;
-  }
-  return false;
-}
 
 // A name with all its levels joined, the way flattening names what it brings up all the way.
 std::string joinedLevels(std::string name) {
@@ -37,54 +33,74 @@ void eachLevel(std::string_view name, Visit visit) {
 
 }  // namespace
 
-RegisterPairs::RegisterPairs(const NetlistState& state) : m_state(state) {
-  m_state.signals[RTL].each([&](Signal* signal) {
-    if (holdsRegisters(*signal)) m_registers.push_back(signal);
-  });
-  sortByName(m_registers);
-  matchFlattened();
-  matchUnnamed();
-}
-
-std::string RegisterPairs::belowTop(const std::string& name, EdifView view) const {
-  const Module* top = m_state.top.at(view);
-  const std::string prefix = top == nullptr ? "/" : NameKey(*top).compose() + "/";
-  return name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
-}
-
-// The full name that an object of the RTL view has in the synthesized view.
-std::string RegisterPairs::twinName(const std::string& rtl) const {
-  std::string name = NameKey(*m_state.top[SYNTH]).compose();
-  name += '/';
-  return name += belowTop(rtl, RTL);
-}
-
-Signal* RegisterPairs::namesake(const Signal& rtl) const {
-  const Module* rtlTop = m_state.top[RTL];
-  const Module* synthTop = m_state.top[SYNTH];
-  if (rtlTop == nullptr || synthTop == nullptr) return nullptr;
-  if (NameKey::compare(NameKey(*rtlTop), NameKey(*synthTop)) == 0) {
-    return unambiguous(rtl, m_state.signals[SYNTH].find(NameKey(rtl)));
+RegisterPairs::RegisterPairs(const NetlistState& state)
+    : m_state(state), m_top(state.top), m_signals(state.model.signals.size()) {
+  std::vector<Signal*> registers = tiedSignals(state, RTL);
+  sortByName(registers);
+  m_registers.reserve(registers.size());
+  for (Signal* rtl : registers) m_registers.push_back({rtl, nullptr, false});
+  findNamesakes();
+  if (m_top[RTL] != nullptr && m_top[SYNTH] != nullptr) {
+    matchFlattened();
+    matchUnnamed();
   }
-  return unambiguous(rtl, m_state.signals[SYNTH].find(twinName(rtl.getFullName())));
+  m_by_address.resize(m_registers.size());
+  std::iota(m_by_address.begin(), m_by_address.end(), 0U);
+  std::sort(m_by_address.begin(), m_by_address.end(), [this](std::uint32_t a, std::uint32_t b) {
+    return std::less<>()(m_registers[a].rtl, m_registers[b].rtl);
+  });
 }
 
-// A name that several signals have tells nothing.
-Signal* RegisterPairs::unambiguous(const Signal& rtl, Signal* synth) const {
-  const bool several =
-      m_state.isAmbiguous(rtl) || (synth != nullptr && m_state.isAmbiguous(*synth));
-  return several ? nullptr : synth;
+const Signal* RegisterPairs::twin(const Signal& rtl) const {
+  const auto found = std::lower_bound(m_by_address.begin(), m_by_address.end(), &rtl,
+                                      [this](std::uint32_t number, const Signal* signal) {
+                                        return std::less<>()(m_registers[number].rtl, signal);
+                                      });
+  const bool known = found != m_by_address.end() && m_registers[*found].rtl == &rtl;
+  return known ? m_registers[*found].synth : nullptr;
+}
+
+std::shared_ptr<const RegisterPairs> RegisterPairs::of(const NetlistState& state) {
+  const std::lock_guard<std::mutex> lock(state.pairsLock);
+  if (state.pairs == nullptr || !state.pairs->isCurrent()) {
+    state.pairs = std::make_shared<const RegisterPairs>(state);
+  }
+  return state.pairs;
+}
+
+bool RegisterPairs::isCurrent() const {
+  return m_top == m_state.top && m_signals == m_state.model.signals.size();
+}
+
+std::vector<Signal*> RegisterPairs::tiedSignals(const NetlistState& state, EdifView view) {
+  std::vector<Signal*> signals = state.tied.at(view);
+  std::sort(signals.begin(), signals.end());
+  signals.erase(std::unique(signals.begin(), signals.end()), signals.end());
+  std::erase_if(signals, [&](const Signal* signal) {
+    return !RegisterTies::holdsRegisters(*signal) || !isOfView(state, view, *signal);
+  });
+  return signals;
+}
+
+void RegisterPairs::findNamesakes() {
+  Namesakes namesakes(m_state);
+  for (Pair& pair : m_registers) pair.synth = namesakes.find(*pair.rtl);
+}
+
+bool RegisterPairs::isImplemented(const BitRef& place) const {
+  const Signal* synth = twin(*place.getSignal());
+  return synth != nullptr && RegisterTies::isTied(refAt(*synth, place.getIndex()));
 }
 
 // An instance name such as count_reg_3_ tells no bit, but the same instance in both views is the
 // same register.
 void RegisterPairs::matchUnnamed() {
-  if (m_state.top[RTL] == nullptr || m_state.top[SYNTH] == nullptr) return;
   m_state.modules[RTL].each([&](const Module* module) {
     if (module->getName() == nullptr || !RegisterTies::isRegister(m_state, *module)) return;
     const Signal* output = RegisterTies::outputOf(*module);
-    if (output == nullptr || decodeRegister(module->getName()).valid) return;
-    const Module* synth = m_state.modules[SYNTH].find(twinName(NameKey(*module).compose()));
+    if (output == nullptr || namesRegister(module->getName())) return;
+    const Module* synth =
+        m_state.modules[SYNTH].find(twinName(m_state, NameKey(*module).compose()));
     const bool both = synth != nullptr && RegisterTies::isRegister(m_state, *synth);
     m_unnamed.push_back({output, both ? RegisterTies::outputOf(*synth) : nullptr});
   });
@@ -98,7 +114,7 @@ void RegisterPairs::findKeptLevels() {
     const bool holdsModules = !module->getChildren(false).empty();
     const bool dissolved = std::strchr(module->getName(), '/') != nullptr;
     if (!holdsModules && !dissolved) return;
-    std::string path = belowTop(NameKey(*module).compose(), SYNTH);
+    std::string path = belowTop(m_state, NameKey(*module).compose(), SYNTH);
     if (holdsModules) path += '/';
     eachLevel(path, [&](std::size_t, std::uint64_t hash) { m_kept.insert(hash); });
   });
@@ -118,72 +134,62 @@ bool RegisterPairs::isJoined(const std::string& name, const std::string& flat) c
 // Where the hierarchy was flattened with "_", a register is found by its name with levels joined,
 // if that can mean only one register on either side.
 void RegisterPairs::matchFlattened() {
-  if (m_state.top[RTL] == nullptr || m_state.top[SYNTH] == nullptr) return;
-  std::unordered_set<const Signal*> taken;
+  Signals taken;
   Flattened missing;
-  for (Signal* rtl : m_registers) {
-    const Signal* same = namesake(*rtl);
-    if (same != nullptr && holdsRegisters(*same)) {
+  for (std::size_t number = 0; number < m_registers.size(); ++number) {
+    const Signal* same = m_registers[number].synth;
+    if (same != nullptr && RegisterTies::holdsRegisters(*same)) {
       taken.insert(same);
     } else {
-      addFlattened(missing, *rtl);
+      addFlattened(missing, number);
     }
   }
   if (missing.empty()) return;
   findKeptLevels();
-  std::unordered_map<Signal*, std::vector<Signal*>> claims;
-  std::unordered_set<const Signal*> crowded;
-  m_state.signals[SYNTH].each([&](Signal* synth) {
-    if (!holdsRegisters(*synth)) return;
-    const std::string name = belowTop(synth->getFullName(), SYNTH);
+  Claims claims;
+  Signals crowded;
+  for (Signal* synth : tiedSignals(m_state, SYNTH)) {
+    const std::string name = belowTop(m_state, synth->getFullName(), SYNTH);
     const auto [first, last] = missing.equal_range(joinedLevels(name));
     std::size_t left = limits::flattenedNames;
     for (auto found = first; found != last && left > 0; ++found, --left) {
-      if (isJoined(found->second.name, name)) claims[found->second.rtl].push_back(synth);
+      if (isJoined(found->second.name, name)) claims[found->second.number].push_back(synth);
     }
     // So many registers of one name once joined can't be told from one another.
     if (left == 0) crowded.insert(synth);
-  });
+  }
   settleFlattened(claims, taken, crowded);
 }
 
-void RegisterPairs::addFlattened(Flattened& missing, Signal& rtl) const {
-  const std::string name = belowTop(rtl.getFullName(), RTL);
-  missing.emplace(joinedLevels(name), FlatName{name, &rtl});
+void RegisterPairs::addFlattened(Flattened& missing, std::size_t number) const {
+  const std::string name = belowTop(m_state, m_registers[number].rtl->getFullName(), RTL);
+  missing.emplace(joinedLevels(name), FlatName{name, number});
   const std::string clean = withCleanLevels(name);
-  if (clean != name) missing.emplace(joinedLevels(clean), FlatName{clean, &rtl});
+  if (clean != name) missing.emplace(joinedLevels(clean), FlatName{clean, number});
 }
 
 // A synthesized register that two RTL registers may be called now is nobody's.
-void RegisterPairs::settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
-                                    const std::unordered_set<const Signal*>& taken,
-                                    const std::unordered_set<const Signal*>& crowded) {
+void RegisterPairs::settleFlattened(const Claims& claims, const Signals& taken,
+                                    const Signals& crowded) {
   std::unordered_map<const Signal*, unsigned> claimants;
-  for (const auto& [rtl, synths] : claims) {
+  for (const auto& [number, synths] : claims) {
     for (const Signal* synth : synths) ++claimants[synth];
   }
-  for (const auto& [rtl, synths] : claims) {
-    const Signal* synth = synths.front();
+  for (Pair& pair : m_registers) {
+    pair.disputed = pair.synth != nullptr &&
+                    (claimants.count(pair.synth) != 0 || crowded.count(pair.synth) != 0);
+  }
+  for (const auto& [number, synths] : claims) {
+    Pair& pair = m_registers[number];
+    Signal* synth = synths.front();
     const bool one = synths.size() == 1 && claimants[synth] == 1 && taken.count(synth) == 0 &&
                      crowded.count(synth) == 0;
-    if (one) {
-      m_flattened[rtl] = synths.front();
-    } else {
-      m_disputed.insert(rtl);
-    }
+    if (one) pair.synth = synth;
+    pair.disputed = pair.disputed || !one;
   }
-  for (const Signal* rtl : m_registers) {
-    const Signal* same = namesake(*rtl);
-    const bool claimed =
-        same != nullptr && (claimants.count(same) != 0 || crowded.count(same) != 0);
-    if (claimed) m_disputed.insert(rtl);
+  for (Pair& pair : m_registers) {
+    if (pair.disputed) pair.synth = nullptr;
   }
-}
-
-Signal* RegisterPairs::twin(const Signal& rtl) const {
-  if (m_disputed.count(&rtl) != 0) return nullptr;
-  const auto found = m_flattened.find(&rtl);
-  return found != m_flattened.end() ? found->second : namesake(rtl);
 }
 
 }  // namespace XRF_RTL2LL

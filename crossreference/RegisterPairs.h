@@ -2,6 +2,9 @@
 
 #include <crossreference/NetlistState.h>
 
+#include <array>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -13,6 +16,12 @@ namespace XRF_RTL2LL {
 /// it.
 class RegisterPairs {
  public:
+  /// An RTL signal that holds registers, and the synthesized signal of the same, or null.
+  struct Pair {
+    Signal* rtl;
+    Signal* synth;
+    bool disputed;  ///< it could not be told from another one
+  };
   /// A register whose name tells no signal, with the register of the same instance path, if any.
   struct Unnamed {
     const Signal* rtl;
@@ -21,42 +30,44 @@ class RegisterPairs {
 
   explicit RegisterPairs(const NetlistState& state);
 
-  /// RTL signals that hold registers, in name order.
-  const std::vector<Signal*>& registers() const { return m_registers; }
-  /// The synthesized signal of one of them, or null.
-  Signal* twin(const Signal& rtl) const;
-  /// Whether a register could not be told from another one.
-  bool isDisputed(const Signal& rtl) const { return m_disputed.count(&rtl) != 0; }
+  /// The pairs of a netlist, worked out when first asked for and again when it has grown.
+  static std::shared_ptr<const RegisterPairs> of(const NetlistState& state);
+
+  /// In name order of the RTL.
+  const std::vector<Pair>& registers() const { return m_registers; }
   const std::vector<Unnamed>& unnamed() const { return m_unnamed; }
-  /// The synthesized signal of the same name below the top, or null.
-  Signal* namesake(const Signal& rtl) const;
+  /// Whether a register of the RTL has a flip-flop of its own name.
+  bool isImplemented(const BitRef& place) const;
 
  private:
   // An RTL register under the name that it may have been flattened from.
   struct FlatName {
     std::string name;
-    Signal* rtl;
+    std::size_t number;  // of the register
   };
   using Flattened = std::unordered_multimap<std::string, FlatName>;
+  using Signals = std::unordered_set<const Signal*>;
+  // The synthesized signals that each register may be called now, by its number.
+  using Claims = std::unordered_map<std::size_t, std::vector<Signal*>>;
 
+  const Signal* twin(const Signal& rtl) const;
+  static std::vector<Signal*> tiedSignals(const NetlistState& state, EdifView view);
+  void findNamesakes();
   void matchUnnamed();
   void matchFlattened();
   void findKeptLevels();
   bool isJoined(const std::string& name, const std::string& flat) const;
-  void addFlattened(Flattened& missing, Signal& rtl) const;
-  void settleFlattened(const std::unordered_map<Signal*, std::vector<Signal*>>& claims,
-                       const std::unordered_set<const Signal*>& taken,
-                       const std::unordered_set<const Signal*>& crowded);
-  Signal* unambiguous(const Signal& rtl, Signal* synth) const;
-  std::string twinName(const std::string& rtl) const;
-  std::string belowTop(const std::string& name, EdifView view) const;
+  void addFlattened(Flattened& missing, std::size_t number) const;
+  void settleFlattened(const Claims& claims, const Signals& taken, const Signals& crowded);
+  bool isCurrent() const;
 
   const NetlistState& m_state;
-  std::vector<Signal*> m_registers;
+  std::array<Module*, 2> m_top;
+  std::size_t m_signals;  // how many the model had
+  std::vector<Pair> m_registers;
+  std::vector<std::uint32_t> m_by_address;   // numbers of the registers by their RTL signals
   std::unordered_set<std::uint64_t> m_kept;  // levels that synthesized names still have, hashed
-  std::unordered_map<const Signal*, Signal*> m_flattened;
   std::vector<Unnamed> m_unnamed;
-  std::unordered_set<const Signal*> m_disputed;  // of a name that may mean two registers
 };
 
 }  // namespace XRF_RTL2LL

@@ -1,4 +1,5 @@
 #include <crossreference/RegisterTies.h>
+#include <crossreference/SignalIndex.h>
 
 #include <algorithm>
 #include <string_view>
@@ -67,6 +68,18 @@ void RegisterTies::yield(BitRef& place) {
   place.m_replica = false;
 }
 
+bool RegisterTies::holdsRegisters(const Signal& signal) {
+  bool any = false;
+  eachRef(signal, [&](const BitRef& ref) { any = any || ref.m_register; });
+  return any;
+}
+
+// The bits of a bus mostly come one after another.
+void RegisterTies::noteTied(Signal& signal) {
+  std::vector<Signal*>& tied = m_state.tied.at(m_view);
+  if (tied.empty() || tied.back() != &signal) tied.push_back(&signal);
+}
+
 void RegisterTies::disputeAll(const Module& module) {
   for (Signal* signal : module.getSignals(false)) {
     for (std::uint64_t index = signal->getLsb(); index <= signal->getMsb(); ++index) {
@@ -108,6 +121,7 @@ void RegisterTies::tie(Module& parent, Module& instance, const NamedBits& name) 
     if (taken) continue;
     place->merge(value);
     place->m_register = true;
+    noteTied(*signal);
     place->m_replica = name.replica;
   }
 }
@@ -134,7 +148,7 @@ void RegisterTies::disputeAt(Module& parent, const Signal& output, const NamedBi
 }
 
 bool RegisterTies::recallAt(Module& parent, const Signal& output, const NamedBits& name) {
-  const Signal* signal = m_state.findByName(m_view, parent, cleaned(name.signal));
+  Signal* signal = m_state.findByName(m_view, parent, cleaned(name.signal));
   if (signal == nullptr) return false;
   bool any = false;
   for (std::uint32_t index = output.getLsb(); index <= output.getMsb(); ++index) {
@@ -144,6 +158,7 @@ bool RegisterTies::recallAt(Module& parent, const Signal& output, const NamedBit
     const BitRef* value = output.getBitRef(index, true);
     if (place == nullptr || value == nullptr || place->getBit() != value->getBit()) continue;
     place->m_register = true;
+    noteTied(*signal);
     any = true;
   }
   return any;

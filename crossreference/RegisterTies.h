@@ -30,12 +30,16 @@ class RegisterTies {
   /// not drive the net.
   static bool join(BitRef& place, BitRef& net);
   static bool isTied(const BitRef& ref) { return ref.m_register; }
+  static bool isTied(const BitRef* ref) { return ref != nullptr && ref->m_register; }
+  /// Whether a signal has a register at any index.
+  static bool holdsRegisters(const Signal& signal);
   /// Whether a place is of several registers, so that it is of none.
   static bool isDisputed(const BitRef& ref) { return ref.m_disputed; }
 
  private:
   static void dispute(BitRef& place, BitRef& value);
   static void yield(BitRef& place);
+  void noteTied(Signal& signal);
   void disputeAt(Module& parent, const Signal& output, const NamedBits& name);
   bool recallAt(Module& parent, const Signal& output, const NamedBits& name);
 

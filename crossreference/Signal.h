@@ -99,6 +99,7 @@ class XRF_API Signal {
   friend class NetGrouping;
   friend class EdifReader;
   friend class CellTemplate;
+  friend class XrfReader;
   friend class RegisterTies;
   friend struct ModelState;
   template <class T>
@@ -179,6 +180,7 @@ class XRF_API Net {
  private:
   friend class Signal;
   friend class NetGrouping;
+  friend class XrfReader;
   friend struct ModelState;
   template <class T>
   friend class Range;

@@ -2,8 +2,10 @@
 
 #include <crossreference/Module.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -21,14 +23,21 @@ class TextOut {
 
   TextOut& operator<<(std::string_view text) {
     if (m_failed) return *this;
-    m_text += text;
-    if (m_text.size() >= pieceSize) flush();
+    if (text.size() > m_text.size() - m_size && !makeRoom(text.size())) {
+      m_sink(text, m_context);
+      return *this;
+    }
+    std::memcpy(m_text.data() + m_size, text.data(), text.size());
+    m_size += text.size();
     return *this;
   }
   TextOut& operator<<(std::uint32_t number) {
-    char digits[10];
-    const char* end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
-    return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
+    constexpr std::size_t most = 10;
+    if (m_failed) return *this;
+    if (most > m_text.size() - m_size) makeRoom(most);
+    char* place = m_text.data() + m_size;
+    m_size += static_cast<std::size_t>(std::to_chars(place, place + most, number).ptr - place);
+    return *this;
   }
   /// A name; one that is missing fails the output, and nothing is written from there on.
   void name(const char* text) {
@@ -40,16 +49,27 @@ class TextOut {
   }
   bool failed() const { return m_failed; }
   void flush() {
-    if (!m_text.empty()) m_sink(m_text, m_context);
-    m_text.clear();
+    if (m_size != 0) m_sink(std::string_view(m_text).substr(0, m_size), m_context);
+    m_size = 0;
   }
 
  private:
   static constexpr std::size_t pieceSize = std::size_t{1} << 16;
 
+  // False for a text that is larger than a piece, which the sink can take as it is.
+  bool makeRoom(std::size_t size) {
+    if (m_size + size <= pieceSize) {
+      m_text.resize(std::min(std::max(m_size + size, 2 * m_text.size()), pieceSize));
+      return true;
+    }
+    flush();
+    return size <= m_text.size() || (size <= pieceSize && makeRoom(size));
+  }
+
   Sink m_sink;
   void* m_context;
-  std::string m_text;
+  std::string m_text;  // the room for a piece
+  std::size_t m_size = 0;
   bool m_failed = false;
 };
 

@@ -4,17 +4,6 @@
 
 namespace XRF_RTL2LL {
 
-namespace {
-
-int hexDigit(char byte) {
-  if (isDigit(byte)) return byte - '0';
-  if (byte >= 'a' && byte <= 'f') return byte - 'a' + 10;
-  if (byte >= 'A' && byte <= 'F') return byte - 'A' + 10;
-  return -1;
-}
-
-}  // namespace
-
 Scan::Scan(std::string_view text) : m_text(text.substr(0, text.find('\0'))) {}
 
 void Scan::skipBlanks() {

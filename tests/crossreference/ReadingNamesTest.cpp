@@ -139,4 +139,56 @@ TEST(ReadingNamesTest, PartitionLevelsOfALogAreDropped) {
   EXPECT_THAT(names("u0/i_0/x_reg"), ElementsAre("u0/i_0/x_reg "));
 }
 
+const char* const kNames[] = {"",
+                              "x",
+                              "x[3]",
+                              "x[3][5]",
+                              "x_reg",
+                              "x_reg[3]",
+                              "_reg",
+                              "_reg[3]",
+                              "x_reg_rep",
+                              "x_reg_rep__7",
+                              "x_reg[4]_rep",
+                              "x_reg_inv",
+                              "x_reg[a]",
+                              "r_reg[t][v]",
+                              "x_reg[7:4]",
+                              "x_reg[-1]",
+                              "x_reg[99999999999]",
+                              "x[]",
+                              "[3]",
+                              "a][3]",
+                              "x[3] ",
+                              "x[3]y",
+                              "x[[3]",
+                              "x_reg[a b]",
+                              "x_rep",
+                              "x_reg_rep_rep",
+                              "x[4294967295]",
+                              "x[2147483646]",
+                              "x[2147483647]"};
+
+TEST(ReadingNamesTest, ShortQuestionAgreesWithDecodingARegister) {
+  for (const char* name : kNames) {
+    EXPECT_EQ(namesRegister(name), decodeRegister(name).valid) << name;
+  }
+}
+
+TEST(ReadingNamesTest, SplittingABitAgreesWithDecodingIt) {
+  unsigned split = 0;
+  for (const char* name : kNames) {
+    std::string_view bus;
+    std::uint32_t index = 0;
+    if (!splitBit(name, bus, index)) continue;
+    const NamedBits bit = decodeBit(name);
+    EXPECT_TRUE(bit.valid) << name;
+    EXPECT_EQ(bit.signal, bus);
+    EXPECT_EQ(bit.lsb, index);
+    EXPECT_EQ(bit.msb, index);
+    ++split;
+  }
+  EXPECT_GE(split, 3U);
+}
+
 }  // namespace

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <support/InputFile.h>
+#include <support/Report.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace XRF_RTL2LL {
+
+/// A walk over the lines of a file that is read: it reports how far it got, and a fatal error
+/// raised meanwhile tells the line.
+class FileLines {
+ public:
+  /// `phase` names the walk to the progress handler. Both texts must outlive the walk.
+  FileLines(const std::string& path, std::string_view text, const char* phase);
+
+  /// Steps to the next line; false at the end.
+  bool next() {
+    if (!m_lines.next()) return false;
+    if (m_lines.offset() >= m_report) report();
+    return true;
+  }
+  std::string_view line() const { return m_lines.line(); }
+  /// Whether the current line ended in a line feed.
+  bool terminated() const { return m_lines.terminated(); }
+  /// Bytes of the whole file.
+  std::uint64_t size() const { return m_lines.size(); }
+
+ private:
+  void report();
+
+  LineReader m_lines;
+  const char* m_phase;
+  std::uint64_t m_report = 0;  // the offset at which progress is told next
+  ReadPlace m_place;
+};
+
+}  // namespace XRF_RTL2LL
