@@ -4,10 +4,13 @@
 #include <tools/xrf/InputCheck.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/StandardOutput.h>
+#include <tools/xrf/StrictTraps.h>
+#include <tools/xrf/Style.h>
 #include <tools/xrf/Subcommands.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <fmt/format.h>
 #include <memory>
 
 namespace xrf {
@@ -106,6 +109,22 @@ void warnOfHiddenCells(const DesignCounts& counts, const BuildOptions& options, 
       "--hide-hidden");
 }
 
+void warnOfStrictTraps(const Design& design, const BuildOptions& options, Console& console) {
+  const StrictTraps traps(*design.getNetlist(), !options.hideHidden);
+  if (traps.closingModules != 0) {
+    console.warn(fmt::format(
+        "{}: strict reading will not read the tree back as it is: modules without "
+        "anything to list: {}, the first is {}",
+        printable(options.output), traps.closingModules, printable(traps.firstClosingModule)));
+  }
+  if (traps.brokenNames != 0) {
+    console.warn(fmt::format(
+        "{}: the file will not read back: names that are empty, or hold a blank or a "
+        "parenthesis: {}, the first is {}",
+        printable(options.output), traps.brokenNames, printable(traps.firstBrokenName)));
+  }
+}
+
 BuildReport reportOf(const Design& design, const BuildOptions& options) {
   BuildReport report{
       options.output,     DesignCounts(*design.getNetlist()), design.locationReport(),
@@ -138,6 +157,7 @@ Status build(Session& session, const BuildOptions& options) {
   readDeviceFiles(design, options, session.console);
   const BuildReport report = reportOf(design, options);
   warnOfHiddenCells(report.views, options, session.console);
+  warnOfStrictTraps(design, options, session.console);
   design.exportDesign(output.path(), !options.hideHidden);
   output.commit();
   session.console.finish();
