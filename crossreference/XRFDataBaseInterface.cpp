@@ -4,6 +4,7 @@
 #include <ocl/src/shared/schemas/HPIMovrelXmlReaderWriterLMX.h>
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -81,9 +82,11 @@ HardwareEmulationMap::HardwareEmulationMap(std::string mappingFile)
 
 void HardwareEmulationMap::analyzeMappingFile() {
   try {
-    // A document that cannot be read leaves the map empty, so its code does not matter.
-    lmx60::elmx_error ignored = lmx60::ELMX_OK;
-    const Movrel::Project project(m_mappingFile.c_str(), &ignored);
+    // A document that cannot be read leaves the map empty, so its code does not matter; but want of
+    // memory is no property of the document.
+    lmx60::elmx_error error = lmx60::ELMX_OK;
+    const Movrel::Project project(m_mappingFile.c_str(), &error);
+    if (error == lmx60::ELMX_NO_MEMORY) throw std::bad_alloc();
     if (const Movrel::Core* core = coreOf(project)) analyzeCore(*core);
   } catch (...) {
     throw std::runtime_error("Failed to parse file " + m_mappingFile);

@@ -53,6 +53,8 @@ c_xml_tokeniser::c_xml_tokeniser(c_read& source)
 template <auto handler, class... Arguments>
 void c_xml_tokeniser::guarded(void* self, Arguments... arguments) {
   auto& tokeniser = *static_cast<c_xml_tokeniser*>(self);
+  // Expat may still tell the end of an empty element whose start was the last straw.
+  if (tokeniser.m_error != ELMX_OK) return;
   try {
     (tokeniser.*handler)(arguments...);
   } catch (const std::bad_alloc&) {

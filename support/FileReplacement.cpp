@@ -82,8 +82,8 @@ void removeAbandoned(const std::string& target) {
 }
 
 // A new name is on the disk once its folder is. Not every file system can be asked for that.
-bool syncFolderOf(const std::string& path) {
-  const int folder = ::open(openableFolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+bool syncFolder(const std::string& path) {
+  const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return true;
   const bool failed = ::fsync(folder) != 0 && errno == EIO;
   ::close(folder);
@@ -201,6 +201,8 @@ bool FileReplacement::commit() {
 }
 
 bool FileReplacement::finishBeside() {
+  // Once the file has its name nothing may be thrown.
+  const std::string folder = openableFolderOf(m_target);
   if (m_replaced) {
     // Only a privileged process may give a file away; others make it their own, as any editor does.
     const int given = ::fchown(m_descriptor, m_replaced->st_uid, m_replaced->st_gid);
@@ -210,7 +212,7 @@ bool FileReplacement::finishBeside() {
   if (!check(::fsync(m_descriptor) == 0)) return false;
   if (!check(std::rename(m_temporary.c_str(), m_target.c_str()) == 0)) return false;
   m_temporary.clear();
-  return check(syncFolderOf(m_target));
+  return check(syncFolder(folder));
 }
 
 }  // namespace XRF_RTL2LL
