@@ -28,4 +28,6 @@ target_include_directories(xrf PUBLIC
   $<BUILD_INTERFACE:${XRF_GENERATED_DIR}>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/xrf>)
 target_link_libraries(xrf PRIVATE EXPAT::EXPAT)
-target_link_options(xrf PRIVATE LINKER:--no-undefined)
+target_link_options(xrf PRIVATE LINKER:--no-undefined
+  LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+set_property(TARGET xrf APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
