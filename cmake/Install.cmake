@@ -44,4 +44,14 @@ if(TARGET xrf_command)
     set_target_properties(xrf_command PROPERTIES INSTALL_RPATH "$ORIGIN/${library_from_command}")
   endif()
   install(TARGETS xrf_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+
+  # Each shell looks for completions in a folder of its own.
+  set(completions ${PROJECT_SOURCE_DIR}/tools/completions)
+  install(FILES ${completions}/xrf.bash RENAME xrf COMPONENT command
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${completions}/_xrf COMPONENT command
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  install(FILES ${completions}/xrf.fish COMPONENT command
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+  include(Manual)
 endif()

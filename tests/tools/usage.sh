@@ -5,7 +5,7 @@
 run 0 --help
 has out 'Example'
 run 0 --version
-lines out 1
+has out 'xrf '
 for subcommand in build info find whatis tree dump; do
   run 0 $subcommand --help
   lines err 0

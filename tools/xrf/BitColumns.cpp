@@ -62,6 +62,20 @@ void addBit(Table::Row& row, const Bit& bit) {
   }
 }
 
+std::vector<std::string> withBitFields(std::vector<std::string> titles) {
+  titles.insert(titles.end(), {"kind", "frame", "offset", "slr", "value"});
+  return titles;
+}
+
+void addBit(std::vector<std::string>& fields, const Bit& bit) {
+  fields.emplace_back(kindName(bit.getKind()));
+  const bool located = bit.getKind() == Bit::STATE;
+  for (const unsigned place : {bit.getStateLoc1(), bit.getStateLoc2(), bit.getStateLoc3()}) {
+    fields.push_back(located ? std::to_string(place) : "");
+  }
+  fields.push_back(valueText(bit));
+}
+
 void addBit(Json& json, const Bit& bit) {
   json["kind"] = kindName(bit.getKind());
   if (bit.getKind() == Bit::STATE) {

@@ -197,7 +197,7 @@ void addOptions(CLI::App& subcommand, BuildOptions& options) {
   subcommand
       .add_option_function<std::string>("--matching", takeMatching,
                                         "How names are matched: extended (default) or strict")
-      ->check(CLI::IsMember({"strict", "extended"}).description(""))
+      ->check(CLI::IsMember(valuesOf("HOW")).description(""))
       ->type_name("HOW");
 }
 

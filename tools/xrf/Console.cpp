@@ -21,7 +21,12 @@ bool isSmartTerminal() {
   return isatty(STDERR_FILENO) == 1 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-void put(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+// Behind what was printed before, also where both streams go to one place.
+void put(std::string_view text) {
+  if (text.empty()) return;
+  std::fflush(stdout);
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
 
 void dropPrefix(std::string& text, const std::string& prefix) {
   if (text.compare(0, prefix.size(), prefix) == 0) text.erase(0, prefix.size());

@@ -1,5 +1,6 @@
 #include <crossreference/XRFDataBaseInterface.h>
 #include <hpi/HPICommonUtils.h>
+#include <tools/xrf/Csv.h>
 #include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -63,6 +64,16 @@ void printJson(const std::string& file, HardwareEmulationMap& map) {
   printOut(jsonText(Json{{"command", "emu"}, {"file", file}, {"kernels", kernels}}) + "\n");
 }
 
+void printCsv(HardwareEmulationMap& map) {
+  printOut(csvLine({"kernel", "argument", "signal", "emulation"}));
+  for (int index = 0; index < map.numKernels(); ++index) {
+    const std::string kernel = map.getKernelName(index);
+    for (const KernelArgument& argument : map.arguments(kernel)) {
+      printOut(csvLine({kernel, argument.name, argument.signal, argument.emulation}));
+    }
+  }
+}
+
 void printTable(Table table, const std::vector<Table::Row>& rows) {
   if (!rows.empty()) printOut("\n" + table.text(rows));
 }
@@ -96,6 +107,10 @@ Status emu(Session& session, const EmuOptions& options) {
     printJson(options.file, map);
     return Status::Done;
   }
+  if (session.options.csv) {
+    printCsv(map);
+    return Status::Done;
+  }
   for (int index = 0; index < map.numKernels(); ++index) {
     if (index > 0) printOut("\n");
     printKernel(map, map.getKernelName(index), session.colored());
@@ -109,6 +124,7 @@ const char* const footer =
     "the\n"
     "arguments. Only the first core of the first device of the first platform counts, and all\n"
     "kernels share the instance that the core's first connection names.\n"
+    "As comma-separated values: the arguments of all kernels.\n"
     "Examples:\n"
     "  xrf emu movrel.xml --bd design_1\n"
     "  xrf emu movrel.xml --bd design_1 --json";
@@ -124,7 +140,7 @@ void addEmu(CLI::App& app, Session& session) {
       ->type_name("");
   subcommand->add_option("--bd", options->design, "Block design that holds the kernels")
       ->type_name("NAME");
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, footer, Csv::Offered);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return emu(current, *options); };
   });

@@ -1,12 +1,16 @@
 #include <tools/xrf/BitColumns.h>
+#include <tools/xrf/Csv.h>
 #include <tools/xrf/LoadedDesign.h>
+#include <tools/xrf/NameList.h>
 #include <tools/xrf/Search.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
+#include <tools/xrf/Suggestions.h>
 #include <tools/xrf/ViewOption.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <map>
 #include <memory>
 
 namespace xrf {
@@ -22,6 +26,11 @@ struct FindOptions {
   std::vector<std::string> names;
   std::optional<XRF_RTL2LL::EdifView> view;
   bool hidden = false;
+  bool regex = false;
+  bool located = false;
+  bool unlocated = false;
+
+  bool filters() const { return located || unlocated; }
 };
 
 const char* directionName(const Signal& signal) {
@@ -67,8 +76,35 @@ Json signalJson(const SignalHit& hit) {
           {"bits", Json::array()}};
 }
 
+// Whether a bit is to be shown.
+bool passes(const FindOptions& options, const Signal& signal, unsigned index) {
+  const Bit* bit = bitAt(signal, index);
+  const bool isLocated = bit != nullptr && bit->getKind() == Bit::STATE;
+  return isLocated ? !options.unlocated : !options.located;
+}
+
+// The hits cut down to the bits that the options let pass; modules have no place.
+void filter(SearchResult& result, const FindOptions& options) {
+  result.modules.clear();
+  std::vector<SignalHit> kept;
+  for (const SignalHit& hit : result.signals) {
+    bool continues = false;
+    eachIndex(hit, [&](unsigned index) {
+      const bool shown = passes(options, *hit.signal, index);
+      if (shown && continues) {
+        kept.back().lsb = index;
+      } else if (shown) {
+        kept.push_back({hit.view, hit.signal, index, index});
+      }
+      continues = shown;
+    });
+  }
+  result.signals = std::move(kept);
+}
+
 // Written signal by signal: the document of a million matches must not be held in memory.
-void printJson(const std::string& file, const SearchResult& result) {
+void printJson(const std::string& file, const SearchResult& result,
+               const std::map<std::string, std::vector<std::string>>& suggestions) {
   printOut("{\"command\":\"find\",\"file\":" + jsonText(file) + ",\"signals\":[");
   for (std::size_t i = 0; i < result.signals.size();) {
     const SignalHit& first = result.signals[i];
@@ -89,7 +125,29 @@ void printJson(const std::string& file, const SearchResult& result) {
                        {"hidden", hit.module->isHidden()}});
   }
   printOut("],\"modules\":" + jsonText(modules) + ",\"notFound\":" + jsonText(result.notFound) +
-           "}\n");
+           ",\"suggestions\":" + jsonText(suggestions) + "}\n");
+}
+
+void printCsv(const SearchResult& result) {
+  printOut(csvLine(withBitFields({"view", "name", "index", "direction"})));
+  for (const ModuleHit& hit : result.modules) {
+    std::vector<std::string> fields{std::string(viewName(hit.view)), fullName(*hit.module), "", ""};
+    fields.insert(fields.end(), {"MODULE", "", "", "", ""});
+    printOut(csvLine(fields));
+  }
+  for (const SignalHit& hit : result.signals) {
+    eachIndex(hit, [&](unsigned index) {
+      std::vector<std::string> fields{std::string(viewName(hit.view)), hit.signal->getFullName(),
+                                      std::to_string(index), directionName(*hit.signal)};
+      const Bit* bit = bitAt(*hit.signal, index);
+      if (bit != nullptr) {
+        addBit(fields, *bit);
+      } else {
+        fields.insert(fields.end(), {"NONE", "", "", "", ""});
+      }
+      printOut(csvLine(fields));
+    });
+  }
 }
 
 Table::Row bitRow(const SignalHit& hit, unsigned index) {
@@ -141,18 +199,39 @@ void printText(const SearchResult& result, bool colored) {
   printSignals(result.signals, colored);
 }
 
+// Without names every one is meant, if only some bits of them are.
+std::vector<std::string> namesOf(const FindOptions& options) {
+  if (options.located && options.unlocated) {
+    throw UsageFailure("--located and --unlocated leave nothing to show");
+  }
+  if (!options.names.empty()) return withStandardInput(options.names);
+  if (!options.filters()) throw UsageFailure("NAME is required (see xrf find --help)");
+  return {options.regex ? "" : "*"};
+}
+
 Status find(Session& session, const FindOptions& options) {
+  const std::vector<std::string> names = namesOf(options);
   const auto design = loaded(options.file, session.console);
-  SearchOptions what{{XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}, options.hidden};
+  SearchOptions what{{XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}, options.hidden, options.regex};
   if (options.view) what.views = {*options.view};
-  const SearchResult result = search(*design, options.names, what);
+  SearchResult result = search(*design, names, what);
+  if (options.filters()) filter(result, options);
+  std::map<std::string, std::vector<std::string>> suggestions;
+  if (!options.regex && !result.notFound.empty()) {
+    suggestions = suggestionsFor(*design, result.notFound, {what.views, options.hidden});
+  }
   if (session.options.json) {
-    printJson(options.file, result);
+    printJson(options.file, result, suggestions);
+  } else if (session.options.csv) {
+    printCsv(result);
   } else {
     printText(result, session.colored());
   }
   for (const std::string& name : result.notFound) {
-    session.console.error(Failure("nothing is named '" + printable(name) + "'", options.file));
+    const char* const fault = options.regex ? "no name matches" : "nothing is named";
+    session.console.error(
+        Failure(fmt::format("{} '{}'{}", fault, printable(name), didYouMean(suggestions[name])),
+                options.file));
   }
   return result.notFound.empty() ? Status::Done : Status::NotFound;
 }
@@ -166,10 +245,19 @@ const char* const footer =
     "constant\n"
     "(with its value), unread (looked for in vain) or unknown; in JSON STATE, CNST, UNREAD, "
     "UNKNOWN.\n"
+    "With --regex the names are POSIX extended regular expressions, which match anywhere in a "
+    "full\n"
+    "name as it is printed, index included. The name \"-\" stands for the lines of standard "
+    "input.\n"
+    "--located and --unlocated show only bits with, or without, a place in the device; then NAME "
+    "may\n"
+    "be left out, which means every name.\n"
     "Exit status 3 when a name matches nothing.\n"
     "Examples:\n"
     "  xrf find top.xrf /top/u0/cnt 'u0/mem[3][5]'\n"
-    "  xrf find top.xrf --view rtl --json '*state*'";
+    "  xrf find top.xrf --view rtl --json '*state*'\n"
+    "  xrf find top.xrf --view rtl --regex 'u[0-3]/cnt[[](0|1)[]]$'\n"
+    "  xrf find top.xrf --view rtl --unlocated --format csv - <names.txt";
 
 }  // namespace
 
@@ -180,13 +268,17 @@ void addFind(CLI::App& app, Session& session) {
   subcommand->add_option("FILE", options->file, "Cross-reference file (.xrf)")
       ->required()
       ->type_name("");
-  subcommand->add_option("NAME", options->names, "Hierarchical names, possibly with * and ?")
-      ->required()
+  subcommand
+      ->add_option("NAME", options->names,
+                   "Hierarchical names, possibly with * and ?; - reads them from standard input")
       ->type_name("");
   addViewOption(*subcommand, options->view, "Look in one view only: rtl or synth");
   subcommand->add_flag("--hidden", options->hidden,
                        "Let wildcards match the cells of registers and logic, too");
-  addCommonOptions(*subcommand, session, footer);
+  subcommand->add_flag("--regex", options->regex, "Take the names as regular expressions");
+  subcommand->add_flag("--located", options->located, "Show only bits that have a place");
+  subcommand->add_flag("--unlocated", options->unlocated, "Show only bits that have none");
+  addCommonOptions(*subcommand, session, footer, Csv::Offered);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return find(current, *options); };
   });

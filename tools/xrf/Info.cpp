@@ -1,5 +1,6 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/CoverageReport.h>
+#include <tools/xrf/Csv.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/ModelCounts.h>
 #include <tools/xrf/StandardOutput.h>
@@ -47,12 +48,26 @@ void printText(const InfoReport& report, bool colored) {
   printOut(coverageText(report.coverage, colored));
 }
 
+void printCsv(const InfoReport& report) {
+  printOut(csvLine({"module", "registers", "located", "constant", "merged", "unread", "unknown"}));
+  for (const auto& [path, counts] : report.coverage.modules) {
+    std::vector<std::string> fields{path};
+    for (const std::uint64_t count : {counts.total(), counts.located, counts.constant,
+                                      counts.merged, counts.unread, counts.unknown}) {
+      fields.push_back(std::to_string(count));
+    }
+    printOut(csvLine(fields));
+  }
+}
+
 Status info(Session& session, const std::string& file) {
   const auto design = loaded(file, session.console);
   const InfoReport report{DesignCounts(*design->getNetlist()), countAllBits(),
                           XRF_RTL2LL::Net::getAllNets().size(), design->coverage()};
   if (session.options.json) {
     printJson(file, report);
+  } else if (session.options.csv) {
+    printCsv(report);
   } else {
     printText(report, session.colored());
   }
@@ -64,6 +79,7 @@ const char* const footer =
     "address and an offset; an unread one is a register that was looked for in vain. What no\n"
     "register drives stays unknown, so a share of 100 % is not to be expected of bits; of the\n"
     "registers it is, where all files of the build were given.\n"
+    "As comma-separated values: the registers of each module that holds any.\n"
     "Example:\n"
     "  xrf info top.xrf";
 
@@ -74,7 +90,7 @@ void addInfo(CLI::App& app, Session& session) {
       "info", "Count what a cross-reference file holds, and how much is located");
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Cross-reference file (.xrf)")->required()->type_name("");
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, footer, Csv::Offered);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return info(current, *file); };
   });

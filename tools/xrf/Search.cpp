@@ -1,9 +1,11 @@
 #include <tools/xrf/ModuleWalk.h>
 #include <tools/xrf/NameReading.h>
+#include <tools/xrf/RegularExpression.h>
 #include <tools/xrf/Search.h>
 
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <optional>
 #include <set>
 #include <tuple>
@@ -69,75 +71,119 @@ void findExactly(const Design& design, EdifView view, const std::string& name, F
   findSignal(design, view, name, found);
 }
 
-// A name with wildcards, ready to be held against many.
+// What many names may match.
 class Pattern {
  public:
-  Pattern(const std::string& name, Found& found)
-      : m_name(name),
-        m_readings(readingsOf(name)),
-        m_literal(name.substr(0, name.find_first_of("*?["))),
-        m_found(found) {}
+  virtual ~Pattern() = default;
+  Pattern(const Pattern&) = delete;
+  Pattern& operator=(const Pattern&) = delete;
 
   /// Whether anything below `path` can match.
-  bool reaches(std::string_view path) const {
-    const std::size_t common = std::min(path.size(), m_literal.size());
-    return path.substr(0, common) == std::string_view(m_literal).substr(0, common);
-  }
+  virtual bool reaches(std::string_view path) const = 0;
+  virtual void tryModule(EdifView view, Module* module, const std::string& name) = 0;
+  virtual void trySignal(EdifView view, Signal* signal, const std::string& name) = 0;
 
-  void tryModule(EdifView view, Module* module, std::string_view name) {
-    if (matchesPattern(m_name, name)) m_found.modules.push_back({view, module});
-  }
+ protected:
+  explicit Pattern(Found& found) : m_found(found) {}
 
-  void trySignal(EdifView view, Signal* signal, std::string_view name) {
-    for (const NameReading& reading : m_readings) {
-      if (!matchesPattern(reading.name, name)) continue;
-      if (!reading.index) {
-        m_found.signals.push_back(whole(view, signal));
-        return;
-      }
-      if (takeBits(view, signal, *reading.index)) return;
-    }
-  }
-
- private:
-  bool takeBits(EdifView view, Signal* signal, const std::string& index) {
+  void take(EdifView view, Module* module) { m_found.modules.push_back({view, module}); }
+  void take(EdifView view, Signal* signal) { m_found.signals.push_back(whole(view, signal)); }
+  /// Takes the bits whose index passes, the highest first. False when none does.
+  template <class Passes>
+  bool takeBits(EdifView view, Signal* signal, Passes passes) {
     bool any = false;
     for (std::uint64_t i = std::uint64_t{signal->getMsb()} + 1; i > signal->getLsb(); --i) {
       const auto bit = static_cast<unsigned>(i - 1);
-      if (!matchesPattern(index, std::to_string(bit))) continue;
+      if (!passes(std::to_string(bit))) continue;
       m_found.signals.push_back({view, signal, bit, bit});
       any = true;
     }
     return any;
   }
 
-  std::string m_name;
-  std::vector<NameReading> m_readings;
-  std::string m_literal;  // what every match begins with
+ private:
   Found& m_found;
 };
 
-void trySignals(EdifView view, Module* module, std::string& path, std::vector<Pattern>& patterns) {
+// A name with wildcards.
+class WildcardPattern : public Pattern {
+ public:
+  WildcardPattern(const std::string& name, Found& found)
+      : Pattern(found),
+        m_name(name),
+        m_readings(readingsOf(name)),
+        m_literal(name.substr(0, name.find_first_of("*?["))) {}
+
+  bool reaches(std::string_view path) const override {
+    const std::size_t common = std::min(path.size(), m_literal.size());
+    return path.substr(0, common) == std::string_view(m_literal).substr(0, common);
+  }
+
+  void tryModule(EdifView view, Module* module, const std::string& name) override {
+    if (matchesPattern(m_name, name)) take(view, module);
+  }
+
+  void trySignal(EdifView view, Signal* signal, const std::string& name) override {
+    for (const NameReading& reading : m_readings) {
+      if (!matchesPattern(reading.name, name)) continue;
+      if (!reading.index) return take(view, signal);
+      const auto passes = [&](const std::string& i) { return matchesPattern(*reading.index, i); };
+      if (takeBits(view, signal, passes)) return;
+    }
+  }
+
+ private:
+  std::string m_name;
+  std::vector<NameReading> m_readings;
+  std::string m_literal;  // what every match begins with
+};
+
+// A regular expression, held against names as they are printed.
+class ExpressionPattern : public Pattern {
+ public:
+  ExpressionPattern(const std::string& text, Found& found) : Pattern(found), m_expression(text) {}
+
+  bool reaches(std::string_view) const override { return true; }
+
+  void tryModule(EdifView view, Module* module, const std::string& name) override {
+    if (m_expression.matches(name)) take(view, module);
+  }
+
+  void trySignal(EdifView view, Signal* signal, const std::string& name) override {
+    if (m_expression.matches(name)) return take(view, signal);
+    if (signal->getMsb() == 0) return;
+    takeBits(view, signal, [&](const std::string& index) {
+      return m_expression.matches(name + "[" + index + "]");
+    });
+  }
+
+ private:
+  RegularExpression m_expression;
+};
+
+using Patterns = std::vector<std::unique_ptr<Pattern>>;
+
+void trySignals(EdifView view, Module* module, std::string& path, Patterns& patterns) {
   const std::size_t length = path.size();
   path += '/';
   for (Signal* signal : module->getSignals(false)) {
     path.resize(length + 1);
     path += signal->getName();
-    for (Pattern& pattern : patterns) pattern.trySignal(view, signal, path);
+    for (const auto& pattern : patterns) pattern->trySignal(view, signal, path);
   }
   path.resize(length);
 }
 
-void findMatching(EdifView view, Module* top, bool hiddenCells, std::vector<Pattern>& patterns) {
+void findMatching(EdifView view, Module* top, bool hiddenCells, Patterns& patterns) {
   std::string path = top->getPath();
   const auto enter = [&](Module* module, std::size_t) {
     path += '/';
     path += module->getName();
     if (module->isHidden() && !hiddenCells) return false;
     const bool reached = std::any_of(patterns.begin(), patterns.end(),
-                                     [&](const Pattern& p) { return p.reaches(path); });
+                                     [&](const auto& p) { return p->reaches(path); });
     if (!reached) return false;
-    for (Pattern& pattern : patterns) pattern.tryModule(view, module, path);
+    for (const auto& pattern : patterns) pattern->tryModule(view, module, path);
     trySignals(view, module, path, patterns);
     return true;
   };
@@ -148,19 +194,23 @@ void findMatching(EdifView view, Module* top, bool hiddenCells, std::vector<Patt
 }
 
 void findInView(const Design& design, EdifView view, const std::vector<std::string>& names,
-                bool hiddenCells, std::vector<Found>& found) {
+                const SearchOptions& options, std::vector<Found>& found) {
   Module* top = design.getNetlist()->getTop(view);
   if (top == nullptr) return;
-  std::vector<Pattern> patterns;
+  Patterns patterns;
   for (std::size_t i = 0; i < names.size(); ++i) {
+    if (options.regularExpressions) {
+      patterns.push_back(std::make_unique<ExpressionPattern>(names[i], found[i]));
+      continue;
+    }
     const std::string name = rooted(names[i], top);
     if (hasWildcard(name)) {
-      patterns.emplace_back(asCarried(name), found[i]);
+      patterns.push_back(std::make_unique<WildcardPattern>(asCarried(name), found[i]));
     } else {
       findExactly(design, view, name, found[i]);
     }
   }
-  if (!patterns.empty()) findMatching(view, top, hiddenCells, patterns);
+  if (!patterns.empty()) findMatching(view, top, options.hiddenCells, patterns);
 }
 
 // Several names may match one thing; it is listed once.
@@ -187,7 +237,7 @@ SearchResult search(const Design& design, const std::vector<std::string>& names,
                     const SearchOptions& options) {
   std::vector<Found> found(names.size());
   for (const EdifView view : options.views) {
-    findInView(design, view, names, options.hiddenCells, found);
+    findInView(design, view, names, options, found);
   }
   if (names.size() == 1 && !found.front().empty()) {
     return {std::move(found.front().signals), std::move(found.front().modules), {}};

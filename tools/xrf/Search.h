@@ -29,11 +29,12 @@ struct SearchResult {
 
 struct SearchOptions {
   std::vector<XRF_RTL2LL::EdifView> views;
-  bool hiddenCells = false;  ///< let wildcards match hidden cells and their pins
+  bool hiddenCells = false;         ///< let wildcards match hidden cells and their pins
+  bool regularExpressions = false;  ///< the names are such, matched against full names
 };
 
 /// Finds modules and signals by name. A name without wildcards costs a look-up; those with
-/// wildcards share one walk over the tree.
+/// wildcards, and regular expressions, share one walk over the tree.
 SearchResult search(const XRF_RTL2LL::Design& design, const std::vector<std::string>& names,
                     const SearchOptions& options);
 

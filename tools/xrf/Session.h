@@ -5,6 +5,8 @@
 #include <tools/xrf/Style.h>
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -15,6 +17,8 @@ namespace xrf {
 /// Options that every subcommand takes.
 struct CommonOptions {
   bool json = false;
+  std::string format;  ///< empty where it is not given
+  bool csv = false;
   bool quiet = false;
   ColorMode color = ColorMode::Auto;
 };
@@ -29,7 +33,18 @@ struct Session {
   bool colored() const { return wantsColor(options.color, stdout); }
 };
 
+/// Whether a subcommand has a table to print as comma-separated values.
+enum class Csv { None, Offered };
+
 /// Adds the common options and the example that `--help` ends with.
-void addCommonOptions(CLI::App& subcommand, Session& session, const std::string& footer);
+void addCommonOptions(CLI::App& subcommand, Session& session, const std::string& footer,
+                      Csv csv = Csv::None);
+
+/// Brings the options together that say one thing in two ways. Raises a UsageFailure where they
+/// contradict each other.
+void settleFormat(CommonOptions& options);
+
+/// The values of an option whose argument is called `typeName` in the help; none for other kinds.
+std::vector<std::string> valuesOf(const std::string& typeName);
 
 }  // namespace xrf

@@ -1,6 +1,7 @@
 #include <tools/xrf/Style.h>
 
 #include <cstdlib>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace xrf {
@@ -40,6 +41,12 @@ bool wantsColor(ColorMode mode, std::FILE* stream) {
   if (mode == ColorMode::Always) return true;
   if (mode == ColorMode::Never) return false;
   return isatty(fileno(stream)) == 1 && !environmentForbidsColor();
+}
+
+std::size_t outputWidth() {
+  winsize size{};
+  const bool known = isatty(STDOUT_FILENO) == 1 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+  return known ? size.ws_col : 0;
 }
 
 std::string painted(std::string_view text, Color color, bool enabled) {

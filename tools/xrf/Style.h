@@ -13,6 +13,9 @@ enum class Color { Plain, Bold, Dim, Red, Green, Yellow, Cyan };
 /// asks for none.
 bool wantsColor(ColorMode mode, std::FILE* stream);
 
+/// Columns of the terminal that standard output goes to; 0 where it goes to a file or a pipe.
+std::size_t outputWidth();
+
 /// `text` in a colour, or as it is when `enabled` is false.
 std::string painted(std::string_view text, Color color, bool enabled);
 

@@ -1,6 +1,8 @@
+#include <tools/xrf/Csv.h>
 #include <tools/xrf/Json.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/ModuleWalk.h>
+#include <tools/xrf/Search.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
 #include <tools/xrf/ViewOption.h>
@@ -86,6 +88,16 @@ void printJsonTree(Module* top, const TreeOptions& options) {
   walkListed(top, options, enter, leave);
 }
 
+void printCsv(Module* top, const TreeOptions& options) {
+  printOut(csvLine({"module", "definition", "signals", "hidden", "hiddenChildren"}));
+  const auto enter = [](Module* module, std::size_t) {
+    printOut(csvLine({fullName(*module), module->getDefName(),
+                      std::to_string(module->getSignals(false).size()),
+                      module->isHidden() ? "1" : "0", std::to_string(hiddenChildren(*module))}));
+  };
+  walkListed(top, options, enter, [](Module*, std::size_t) {});
+}
+
 Status tree(Session& session, const TreeOptions& options) {
   const auto design = loaded(options.file, session.console);
   const XRF_RTL2LL::EdifView view = options.view.value_or(XRF_RTL2LL::RTL);
@@ -98,6 +110,8 @@ Status tree(Session& session, const TreeOptions& options) {
                          jsonText(options.file), viewName(view)));
     printJsonTree(top, options);
     printOut("}\n");
+  } else if (session.options.csv) {
+    printCsv(top, options);
   } else {
     printText(top, options, session.colored());
   }
@@ -131,7 +145,7 @@ void addTree(CLI::App& app, Session& session) {
       ->type_name("N");
   addViewOption(*subcommand, options->view, "The view to print: rtl (default) or synth");
   subcommand->add_flag("--hidden", options->hidden, "List hidden cells, too");
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, footer, Csv::Offered);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return tree(current, *options); };
   });

@@ -1,3 +1,4 @@
+#include <tools/xrf/Session.h>
 #include <tools/xrf/ViewOption.h>
 
 #include <CLI/CLI.hpp>
@@ -10,7 +11,7 @@ void addViewOption(CLI::App& subcommand, std::optional<XRF_RTL2LL::EdifView>& vi
     view = name == "rtl" ? XRF_RTL2LL::RTL : XRF_RTL2LL::SYNTH;
   };
   subcommand.add_option_function<std::string>("--view", take, description)
-      ->check(CLI::IsMember({"rtl", "synth"}).description(""))
+      ->check(CLI::IsMember(valuesOf("VIEW")).description(""))
       ->type_name("VIEW");
 }
 

@@ -1,8 +1,10 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/BitColumns.h>
+#include <tools/xrf/Csv.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
+#include <tools/xrf/Suggestions.h>
 
 #include <CLI/CLI.hpp>
 #include <charconv>
@@ -79,12 +81,18 @@ Answer answerAt(const Design& design, const Place& place, bool anyRegion) {
   return answer;
 }
 
+std::vector<std::string> nearest(const Design& design, const std::string& name) {
+  const auto suggestions = suggestionsFor(design, {name}, {{XRF_RTL2LL::SYNTH}, true});
+  return suggestions.empty() ? std::vector<std::string>() : suggestions.begin()->second;
+}
+
 Answer answerOf(const Design& design, const std::string& name) {
   std::optional<std::vector<RegisterBit>> registers = design.registersOf(name);
   const std::string whyNone =
       registers ? fmt::format("'{}' of the synthesized netlist is no register of the RTL",
                               printable(name))
-                : fmt::format("nothing is named '{}' in the synthesized netlist", printable(name));
+                : fmt::format("nothing is named '{}' in the synthesized netlist{}", printable(name),
+                              didYouMean(nearest(design, name)));
   return {{{"name", name}}, std::move(registers).value_or(std::vector<RegisterBit>()), whyNone};
 }
 
@@ -100,6 +108,16 @@ void printJson(const std::string& file, const Design& design, const Answer& answ
   const Json document{
       {"command", "whatis"}, {"file", file}, {"query", answer.query}, {"registers", registers}};
   printOut(jsonText(document) + "\n");
+}
+
+void printCsv(const Design& design, const Answer& answer) {
+  printOut(csvLine(withBitFields({"name", "signal", "index"})));
+  for (const RegisterBit& bit : answer.registers) {
+    std::vector<std::string> fields{design.writtenName(bit), bit.signal->getFullName(),
+                                    std::to_string(bit.index)};
+    addBit(fields, *bit.signal->getBitRef(bit.index)->getBit());
+    printOut(csvLine(fields));
+  }
 }
 
 void printText(const Design& design, const Answer& answer, bool colored) {
@@ -121,6 +139,8 @@ Status whatIs(Session& session, const WhatIsOptions& options) {
                         : answerOf(*design, options.frameOrName);
   if (session.options.json) {
     printJson(options.file, *design, answer);
+  } else if (session.options.csv) {
+    printCsv(*design, answer);
   } else {
     printText(*design, answer, session.colored());
   }
@@ -163,7 +183,7 @@ void addWhatIs(CLI::App& app, Session& session) {
       ->required();
   add("OFFSET", options->offset, "Offset of the bit in the frame");
   add("SLR", options->slr, "Super logic region (default 0)");
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, footer, Csv::Offered);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return whatIs(current, *options); };
   });

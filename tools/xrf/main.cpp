@@ -1,6 +1,8 @@
+#include <tools/xrf/Complete.h>
 #include <tools/xrf/Json.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
+#include <tools/xrf/Version.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -44,6 +46,7 @@ int run(Session& session) {
   session.console.setQuiet(session.options.quiet);
   session.console.setColor(xrf::wantsColor(session.options.color, stderr));
   try {
+    xrf::settleFormat(session.options);
     const Status status = session.action(session);
     xrf::finishOutput();
     session.console.finish();
@@ -61,11 +64,18 @@ int run(Session& session) {
 }
 
 // The command line could not be read, so whether it asked for JSON is looked up by hand.
+bool asksForJson(int count, char** arguments) {
+  for (int i = 1; i < count; ++i) {
+    const std::string_view argument = arguments[i];
+    if (argument == "--json" || argument == "--format=json") return true;
+    if (argument == "json" && std::string_view(arguments[i - 1]) == "--format") return true;
+  }
+  return false;
+}
+
 int reportUsage(Session& session, const CLI::App& app, const CLI::ParseError& error, int count,
                 char** arguments) {
-  session.options.json = std::any_of(arguments, arguments + count, [](const char* argument) {
-    return std::string_view(argument) == "--json";
-  });
+  session.options.json = asksForJson(count, arguments);
   const std::vector<const CLI::App*> chosen =
       app.get_subcommands([](const CLI::App* subcommand) { return subcommand->parsed(); });
   const std::vector<std::string> left = app.remaining();
@@ -85,7 +95,7 @@ int reportUsage(Session& session, const CLI::App& app, const CLI::ParseError& er
 int runCommandLine(int argc, char** argv) {
   Session session;
   CLI::App app(description, "xrf");
-  app.set_version_flag("--version", "xrf " XRF_VERSION, "Print the version and exit");
+  app.set_version_flag("--version", xrf::versionText(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.footer(footer);
   app.require_subcommand(1);
@@ -97,6 +107,9 @@ int runCommandLine(int argc, char** argv) {
   xrf::addDump(app, session);
   xrf::addEmu(app, session);
   xrf::addMeta(app, session);
+  if (argc > 1 && std::string_view(argv[1]) == xrf::completeCommand) {
+    return static_cast<int>(xrf::complete(app, {argv + 2, argv + argc}));
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {

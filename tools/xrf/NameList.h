@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace xrf {
+
+/// The names that a command line gives, with "-" replaced by the lines of standard input. Empty
+/// lines are none.
+std::vector<std::string> withStandardInput(const std::vector<std::string>& names);
+
+}  // namespace xrf
