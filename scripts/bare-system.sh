@@ -29,8 +29,10 @@ bare_system() {
   eval "$(apt-config shell http_proxy Acquire::http::Proxy https_proxy Acquire::https::Proxy)"
   [ -z "${http_proxy-}" ] || export http_proxy
   [ -z "${https_proxy-}" ] || export https_proxy
-  quietly build/logs/bare-debootstrap.log debootstrap --variant=minbase \
-    --include=git,ca-certificates $suite "$system" ${mirror:+"$mirror"}
+  if [ ! -e "$system/etc/debian_version" ] || [ -d "$system/debootstrap" ]; then
+    quietly build/logs/bare-debootstrap.log debootstrap --variant=minbase \
+      --include=git,ca-certificates $suite "$system" ${mirror:+"$mirror"}
+  fi
   apt-config dump | grep -E '^Acquire::https?::' >"$system/etc/apt/apt.conf.d/90host" || true
   cp -L /etc/resolv.conf /etc/hosts "$system/etc/"
 }
