@@ -19,9 +19,11 @@ from pathlib import Path
 ELSEWHERE = {
     r"scripts/(setup|demo|test|test-full|package|test-packages|docs|abi|newcomer)( .*)?":
         "the scripts themselves; scripts/newcomer runs the first three on a bare system",
+    r"scripts/bench( .*)?|generate .*|perf record .*|valgrind .*":
+        "whoever measures: these take minutes and more",
     r"cmake --preset [a-z]+": "scripts/test",
     r"cmake --build --preset [a-z]+": "scripts/test",
-    r"BLESS=1 ctest .*|git diff .*": "whoever means a change of output",
+    r"BLESS=1 (ctest|tests/differential/run.py) .*|git diff .*": "whoever means a change of output",
     r"ctest --preset [a-z]+( -R '?\w+'?)?": "scripts/test",
     r"cmake --install build/release --prefix \S+": "tests/tools/install.sh",
     r"apt install \./\S+\.deb( \./\S+\.deb)*": "scripts/test-packages",
