@@ -19,11 +19,12 @@ enum EdifByte : std::uint8_t { EdifBlank = 1, EdifWordStop = 2, EdifStringStop =
 
 constexpr std::array<std::uint8_t, 256> classifyEdifBytes() {
   std::array<std::uint8_t, 256> classes{};
-  for (const unsigned char byte : {' ', '\t', '\n', '\v', '\f', '\r'}) {
-    classes[byte] = EdifBlank | EdifWordStop;
-  }
-  for (const unsigned char byte : {'(', ')'}) classes[byte] = EdifWordStop;
-  for (const unsigned char byte : {'"', '\\', '\0'}) classes[byte] = EdifWordStop | EdifStringStop;
+  const auto mark = [&](char byte, int kinds) {
+    classes[static_cast<unsigned char>(byte)] = static_cast<std::uint8_t>(kinds);
+  };
+  for (const char byte : {' ', '\t', '\n', '\v', '\f', '\r'}) mark(byte, EdifBlank | EdifWordStop);
+  for (const char byte : {'(', ')'}) mark(byte, EdifWordStop);
+  for (const char byte : {'"', '\\', '\0'}) mark(byte, EdifWordStop | EdifStringStop);
   return classes;
 }
 inline constexpr std::array<std::uint8_t, 256> edifBytes = classifyEdifBytes();

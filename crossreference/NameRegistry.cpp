@@ -133,7 +133,7 @@ Module* ModuleRegistry::enter(Module* module) {
   Module* replaced = m_names.enter(module, hash);
   if (module->m_netlist == 0) module->m_netlist = m_netlist;
   if (replaced != nullptr && replaced->m_netlist == m_netlist) {
-    replaced->m_entered &= ~(1U << m_view) & 3U;
+    replaced->m_entered = replaced->m_entered & ~(1U << m_view) & 3U;
   }
   if (module->m_netlist == m_netlist) module->m_entered = (module->m_entered | 1U << m_view) & 3U;
   return replaced == module ? nullptr : replaced;

@@ -166,7 +166,7 @@ constexpr std::uint64_t never = std::numeric_limits<std::uint64_t>::max();
 
 void expectAsPlain(std::string_view text) {
   const Outcome plain = PlainLexer(text).run();
-  for (const std::size_t piece : {1, 2, 7, 16, 33, 4096}) {
+  for (const std::size_t piece : {1U, 2U, 7U, 16U, 33U, 4096U}) {
     ASSERT_EQ(lexed(text, piece, never), plain) << "pieces of " << piece << ": " << text;
   }
   ASSERT_EQ(lexed(text, 64, 1), plain) << text;
