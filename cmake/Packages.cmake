@@ -35,8 +35,10 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS $<TARGET_FILE_DIR:xrf>)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
 set(about "tells where in an FPGA's configuration memory the value of an RTL register
 lives: the frame address and the bit offset at which readback delivers it. It
@@ -44,19 +46,19 @@ reads the netlists, the location file and the synthesis log of a build.")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${package_of_runtime})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
-    "cross-reference from RTL registers to device bits - library\nxrf ${about}")
+    "xrf ${about}\n.\nThis package holds the library, for programs that use it.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${package_of_development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
-    "cross-reference from RTL registers to device bits - headers\nxrf ${about}\n.\nThis package holds what is needed to build against the library.")
+    "xrf ${about}\n.\nThis package holds what is needed to build against the library.")
 
 set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME ${package_of_command})
 set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION electronics)
 set(CPACK_COMPONENT_COMMAND_DEPENDS runtime)
 set(CPACK_DEBIAN_COMMAND_DESCRIPTION
-    "cross-reference from RTL registers to device bits - command\nxrf ${about}")
+    "xrf ${about}\n.\nThis package holds the command, its manual pages and completions.")
 include(CPack)

@@ -64,8 +64,9 @@ class Sought {
  public:
   Sought(const std::string& name, const std::string& top) : m_name(name) {
     for (const NameReading& reading : readingsOf(name)) {
-      const std::string& text = reading.name;
-      m_wanted.push_back(lowered(text.starts_with('/') ? text : top + "/" + text));
+      std::string full = reading.name.starts_with('/') ? "" : top + "/";
+      full += reading.name;
+      m_wanted.push_back(lowered(full));
     }
     // The more was typed of a name's own part, the more of it may be wrong.
     const std::size_t size = lastPart(name.substr(0, name.find('['))).size();

@@ -5,7 +5,6 @@
 #include <CLI/Version.hpp>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <string_view>
 
 namespace xrf {
 
@@ -17,6 +16,10 @@ constexpr const char* compiler = "clang " __clang_version__;
 constexpr const char* compiler = "g++ " __VERSION__;
 #endif
 
+// Either may be empty.
+constexpr const char* revision = XRF_REVISION;
+constexpr const char* sanitizers = XRF_SANITIZERS;
+
 std::string fmtVersion() {
   return fmt::format("{}.{}.{}", FMT_VERSION / 10000, FMT_VERSION / 100 % 100, FMT_VERSION % 100);
 }
@@ -24,12 +27,10 @@ std::string fmtVersion() {
 }  // namespace
 
 std::string versionText() {
-  const std::string_view revision = XRF_REVISION;
-  const std::string_view sanitizers = XRF_SANITIZERS;
   std::string text = fmt::format("xrf {}\n", XRF_VERSION);
-  text += fmt::format("source     {}\n", revision.empty() ? "not from a repository" : revision);
+  text += fmt::format("source     {}\n", *revision == '\0' ? "not from a repository" : revision);
   text += fmt::format("built      {} by {} for {}\n", XRF_BUILD_TYPE, compiler, XRF_SYSTEM);
-  if (!sanitizers.empty()) text += fmt::format("sanitizers {}\n", sanitizers);
+  if (*sanitizers != '\0') text += fmt::format("sanitizers {}\n", sanitizers);
   text += fmt::format("reads      cross-reference files of format {}\n",
                       XRF_RTL2LL::utils::getVersion());
   text += fmt::format("with       CLI11 {}, fmt {}, nlohmann/json {}.{}.{}", CLI11_VERSION,
