@@ -36,6 +36,11 @@ class Registry {
   std::size_t size() const { return m_live; }
   /// The place of the next object.
   std::size_t nextPlace() const { return m_slots.size(); }
+  /// The object of a place; null where none is, or where it left.
+  T* at(std::size_t place) const {
+    if (place >= m_slots.size() || (m_slots[place] & 1) != 0) return nullptr;
+    return reinterpret_cast<T*>(m_slots[place]);  // NOLINT(performance-no-int-to-ptr)
+  }
 
   /// Calls `visit` with each object; what it adds meanwhile is not visited.
   template <class Visit>
@@ -91,7 +96,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   /// Whether a bit that is absorbed can be forgotten at once: a reader made it a moment ago, and
   /// few references have to be told.
   bool isPassing(const Bit& bit) const {
-    return bit.m_place >= firstPassing && bit.m_ref_count <= 4 && !bit.m_followed && !bit.m_linked;
+    return bit.m_place >= firstPassing && bit.m_ref_count <= 4 && !bit.m_followed &&
+           !bit.m_irregular;
   }
   void giveBack(Bit* bit) { freeBits.push_back(bit); }
 

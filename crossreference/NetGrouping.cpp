@@ -73,12 +73,26 @@ int NetGrouping::compare(const Signal& a, const Signal& b) {
   }
 }
 
+// Signals, their references and their bits are all over memory, so each is asked for ahead of its
+// turn.
+void NetGrouping::askForBitOf(std::size_t place) const {
+  constexpr std::size_t refsAhead = 16;
+  constexpr std::size_t bitsAhead = 8;
+  if (const Signal* signal = m_model.signals.at(place + refsAhead); signal != nullptr) {
+    __builtin_prefetch(signal->m_refs.one);
+  }
+  const Signal* signal = m_model.signals.at(place + bitsAhead);
+  if (signal == nullptr || signal->m_wide || signal->m_refs.one == nullptr) return;
+  __builtin_prefetch(signal->m_refs.one->m_bit);
+}
+
 // Points every reference at the bit that survives, and notes the place of the bit of each signal
-// that is just one, so that the bits, which are all over memory, are looked at once.
+// that is just one, so that the bits are looked at once.
 void NetGrouping::lookAtBits() {
-  m_spans.resize(m_model.bits.size());
+  m_spans.resize(m_model.bits.nextPlace());
   m_bits.assign(m_model.signals.nextPlace(), several);
   m_model.signals.each([&](const Signal* signal) {
+    askForBitOf(signal->m_place);
     const Signal::Entries all = signal->entries();
     const Bit* bit = nullptr;
     for (std::uint32_t at = 0; at < all.count; ++at) {
@@ -91,26 +105,30 @@ void NetGrouping::lookAtBits() {
       return;
     }
     m_bits[signal->m_place] = bit->m_place;
-    if (m_spans[bit->m_place].count++ == 0) ++m_group_count;
+    Span& span = m_spans[bit->m_place];
+    if (span.count++ > 0) return;
+    span.first = signal->m_place;
+    ++m_group_count;
   });
 }
 
 void NetGrouping::collect() {
   // A vector that grows takes twice and more what it holds.
   m_groups.reserve(m_group_count);
-  std::vector<bool> seen(m_spans.size());
-  m_model.signals.each([&](Signal* signal) {
-    const std::uint32_t place = m_bits[signal->m_place];
-    const Signal::Entries all = signal->entries();
-    if (place == several) {
-      SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
-      walk.next();
-      m_groups.push_back({walk.next(), signal, signal->m_msb, several});
-    } else if (!seen[place]) {
-      seen[place] = true;
-      m_groups.push_back({textKey(all.refs[0]->m_bit->m_id, false), signal, 0, place});
-    }
+  m_model.bits.each([&](const Bit* bit) {
+    const Span& span = m_spans[bit->m_place];
+    if (span.count == 0) return;
+    m_groups.push_back(
+        {textKey(bit->m_id, false), m_model.signals.at(span.first), 0, bit->m_place});
   });
+  for (std::size_t place = 0; place < m_bits.size(); ++place) {
+    Signal* signal = m_bits[place] == several ? m_model.signals.at(place) : nullptr;
+    if (signal == nullptr) continue;
+    const Signal::Entries all = signal->entries();
+    SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
+    walk.next();
+    m_groups.push_back({walk.next(), signal, signal->m_msb, several});
+  }
 }
 
 void NetGrouping::sortGroups() {
@@ -133,11 +151,15 @@ void NetGrouping::sortOneBitSignals() {
   }
   m_one_bit_signals = {
       static_cast<std::uintptr_t*>(m_model.arena.allocate(total * sizeof(std::uintptr_t))), total};
-  m_model.signals.each([&](Signal* signal) {
-    const std::uint32_t bit = m_bits[signal->m_place];
-    if (bit == several) return;
-    m_one_bit_signals[m_spans[bit].end++] = reinterpret_cast<std::uintptr_t>(signal);
-  });
+  constexpr std::size_t ahead = 16;
+  for (std::size_t place = 0; place < m_bits.size(); ++place) {
+    if (place + ahead < m_bits.size() && m_bits[place + ahead] != several) {
+      __builtin_prefetch(&m_spans[m_bits[place + ahead]], 1);
+    }
+    if (m_bits[place] == several) continue;
+    m_one_bit_signals[m_spans[m_bits[place]].end++] =
+        reinterpret_cast<std::uintptr_t>(m_model.signals.at(place));
+  }
 }
 
 void NetGrouping::makeNet(std::size_t from, std::size_t to) {
@@ -146,7 +168,6 @@ void NetGrouping::makeNet(std::size_t from, std::size_t to) {
   const Group& group = m_groups[from];
   if (to - from == 1 && group.oneBit()) {
     const Span span = m_spans[group.bit];
-    prefetch(span.end);
     members::adopt(set, m_one_bit_signals.subspan(span.end - span.count, span.count));
   } else {
     joinGroups(set, from, to);
@@ -169,13 +190,25 @@ void NetGrouping::joinGroups(detail::Members& set, std::size_t from, std::size_t
   }
 }
 
-// The signals of the nets to come are all over memory.
-void NetGrouping::prefetch(std::size_t from) const {
-  constexpr std::size_t ahead = 8;
-  const std::size_t to = std::min(from + ahead, m_one_bit_signals.size());
-  for (; from < to; ++from) {
-    __builtin_prefetch(members::object<Signal>(m_one_bit_signals[from]));
-  }
+// The spans are in the order of the bits, and what they lead to is all over memory.
+void NetGrouping::askForSignalsOf(std::size_t group) const {
+  constexpr std::size_t spansAhead = 12;
+  constexpr std::size_t signalsAhead = 8;
+  constexpr std::size_t namesAhead = 4;
+  constexpr std::uint32_t most = 4;
+  const auto spanOf = [&](std::size_t at) {
+    return at < m_groups.size() && m_groups[at].oneBit() ? &m_spans[m_groups[at].bit] : nullptr;
+  };
+  if (const Span* span = spanOf(group + spansAhead); span != nullptr) __builtin_prefetch(span);
+  const auto each = [&](const Span* span, auto visit) {
+    if (span == nullptr) return;
+    for (std::uint32_t at = 0; at < std::min(span->count, most); ++at) {
+      visit(members::object<Signal>(m_one_bit_signals[span->end - span->count + at]));
+    }
+  };
+  each(spanOf(group + signalsAhead), [](const Signal* signal) { __builtin_prefetch(signal, 1); });
+  each(spanOf(group + namesAhead),
+       [](const Signal* signal) { __builtin_prefetch(signal->m_name); });
 }
 
 void NetGrouping::run() {
@@ -184,6 +217,7 @@ void NetGrouping::run() {
   sortGroups();
   sortOneBitSignals();
   for (std::size_t from = 0; from < m_groups.size();) {
+    askForSignalsOf(from);
     std::size_t to = from + 1;
     while (to < m_groups.size() && m_groups[to].msb == m_groups[from].msb &&
            m_groups[to].firstId == m_groups[from].firstId &&

@@ -29,9 +29,10 @@ class NetGrouping {
     bool oneBit() const { return bit != several; }
   };
   static constexpr std::uint32_t several = 0xffffffffU;
-  // Where the signals of a bit stand among all one-bit signals.
+  // The signals that are just one bit.
   struct Span {
-    std::uint32_t end;
+    std::uint32_t first;  // the place of the first, until all of them are laid side by side
+    std::uint32_t end;    // where they end among all one-bit signals
     std::uint32_t count;
   };
 
@@ -39,7 +40,8 @@ class NetGrouping {
   void collect();
   void sortGroups();
   void sortOneBitSignals();
-  void prefetch(std::size_t from) const;
+  void askForBitOf(std::size_t place) const;
+  void askForSignalsOf(std::size_t group) const;
   void joinGroups(detail::Members& set, std::size_t from, std::size_t to);
   void makeNet(std::size_t from, std::size_t to);
 
