@@ -33,11 +33,14 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
   }
   members::settle<Signal>(module.m_signals, false);
   cell.m_listed = module.m_signals.listed;
+  cell.m_numbers = static_cast<std::uint32_t*>(
+      ModelState::current().arena.allocate(module.m_signals.count * sizeof(std::uint32_t)));
   for (std::uint32_t at = 0; at < module.m_signals.count; ++at) {
     const std::uintptr_t slot = module.m_signals.slots[at];
     const std::uint32_t id = members::object<Signal>(slot)->getId();
     const auto port = std::find_if(cell.m_ports.begin(), cell.m_ports.end(),
                                    [&](const Port& candidate) { return candidate.id == id; });
+    cell.m_numbers[at] = id;
     port->slot = at;
     port->marks = slot & members::marks;
   }
@@ -70,6 +73,7 @@ void CellTemplate::copyTo(NetlistState& state, EdifView view, Module& module,
   }
   set.settled = true;
   members::indexAll<Signal>(model.arena, set);
+  members::shareNumbers(set, m_numbers);
 }
 
 }  // namespace XRF_RTL2LL

@@ -50,6 +50,7 @@ class CellTemplate {
   };
 
   std::vector<Port> m_ports;
+  std::uint32_t* m_numbers = nullptr;  // of the ports in name order, in the model's memory
   Cost m_cost;
   std::uint64_t m_objects = 0;
   std::uint32_t m_listed = 0;

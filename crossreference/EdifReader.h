@@ -5,6 +5,7 @@
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
 
+#include <array>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -69,12 +70,23 @@ class EdifReader {
     bool valid = false;
   };
 
+  // A port reference that was recognised ahead of its turn, and what was found of it so far.
+  struct PlainPort {
+    std::size_t end;
+    std::uint32_t port;
+    std::uint32_t instance;
+    bool own;
+    const Module* module;
+    const Signal* signal;
+    BitRef* ref;
+  };
+
   ExprResult parse_expr();
   ExprResult parse_form(std::uint32_t keyword);
   ExprResult parse_structure(std::uint32_t keyword);
   void parse_body();
-  ExprResult skip_expr();
   void skip_body();
+  void leave_list(std::size_t end);
   ExprResult parse_number();
   ExprResult parse_text();
   void backup(std::size_t count) { m_cursor -= count; }
@@ -128,8 +140,9 @@ class EdifReader {
   PortName parse_port_name();
   BitRef* member_ref(const Module& module, const PortName& name) const;
   BitRef* port_ref(const Module& module, const PortName& name) const;
-  BitRef* scalar_ref(const Module& module, std::uint32_t port) const;
-  bool take_plain_portref(BitRef*& ref);
+  static BitRef* scalar_ref(const Signal& signal);
+  bool is_plain_portref(std::size_t at, PlainPort& port) const;
+  void look_ahead();
 
   std::uint32_t take() {
     if (m_cursor >= m_tokens.size()) end_early();
@@ -160,6 +173,9 @@ class EdifReader {
   RegisterTies m_ties;
   std::vector<Module*> m_modules;  // being read, the current one last
   std::size_t m_cursor = 0;
+  std::array<PlainPort, 16> m_plain{};
+  std::size_t m_plain_count = 0;
+  std::size_t m_plain_taken = 0;
   unsigned m_depth = 0;
   unsigned m_deepest = 0;     // since the body of a cell was begun
   bool m_only_ports = false;  // whether that body held nothing else

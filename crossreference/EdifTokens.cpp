@@ -22,11 +22,14 @@ class EdifTokens::Writer {
 
   void open(const char* from) {
     put(token::Open, from);
+    if (m_nesting < outerLists) m_opened[m_nesting] = size() - 1;
     if (++m_nesting > limits::listNesting) raiseNesting(from);
   }
   void close(const char* from) {
     put(token::Close, from);
-    if (m_nesting > 0) --m_nesting;
+    if (m_nesting == 0 || --m_nesting >= outerLists) return;
+    const std::size_t open = m_opened[m_nesting];
+    if (size() - open > checkpointDistance) m_tokens.m_ends[open] = size();
   }
   void word(std::string_view text, const char* from) {
     const bool isShort = WordMemo::isShort(text);
@@ -80,6 +83,7 @@ class EdifTokens::Writer {
   std::uint32_t* m_next = nullptr;
   std::uint32_t* m_stop = nullptr;
   unsigned m_nesting = 0;
+  std::array<std::size_t, outerLists> m_opened{};
   WordMemo m_memo;
   std::array<Waiting, mostWaiting> m_waiting{};
   std::size_t m_waits = 0;
@@ -95,6 +99,17 @@ void EdifTokens::Writer::wait(std::string_view text, const char* from, bool isSh
 }
 
 void EdifTokens::Writer::forget() {
+  // Most words were met before, so all that is known of them is asked for first.
+  std::array<const std::string*, mostWaiting> known;
+  for (std::size_t at = 0; at < m_waits; ++at) {
+    known[at] = m_names.candidate(m_waiting[at].hash);
+    __builtin_prefetch(known[at]);
+  }
+  for (std::size_t at = 0; at < m_waits; ++at) {
+    if (known[at] == nullptr) continue;
+    __builtin_prefetch(known[at]->data());
+    m_tokens.m_words.prefetch(known[at]);
+  }
   for (std::size_t at = 0; at < m_waits; ++at) {
     const Waiting& word = m_waiting[at];
     const std::uint32_t code = m_tokens.m_words.codeOf(m_names.intern(word.text, word.hash));
@@ -141,6 +156,11 @@ void EdifTokens::lex() {
               static_cast<unsigned long long>(limits::wordLength));
   }
   if (m_source.failed()) fatalHere("The file cannot be read to its end.");
+}
+
+std::size_t EdifTokens::endOfOuterList(std::size_t open) const {
+  const auto known = m_ends.find(open);
+  return known == m_ends.end() ? endOfList(open + 1) : known->second;
 }
 
 std::size_t EdifTokens::endOfList(std::size_t index) const {

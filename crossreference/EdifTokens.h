@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 namespace XRF_RTL2LL {
@@ -30,6 +31,8 @@ class EdifTokens {
   /// The index behind the parenthesis that closes the list in which a token stands; beyond `size`
   /// where none does.
   std::size_t endOfList(std::size_t index) const;
+  /// The index behind a list that begins at `open`, known at once where few lists are around it.
+  std::size_t endOfOuterList(std::size_t open) const;
   /// Line and column of a token; of the end of the text for an index beyond the last. Any place of
   /// the text, if that has changed since.
   ReadPlace::Position position(std::size_t index) const;
@@ -40,6 +43,8 @@ class EdifTokens {
   class Writer;
 
   static constexpr std::size_t checkpointDistance = 64;
+  // Cells lie in a library, which lies in the list that is the whole netlist.
+  static constexpr unsigned outerLists = 3;
   static constexpr std::size_t chunkSize = hugePage / sizeof(std::uint32_t);
 
   ReadPlace::Position positionOf(std::uint64_t offset) const;
@@ -50,6 +55,7 @@ class EdifTokens {
   std::vector<Pages> m_chunks;
   std::size_t m_size = 0;
   std::vector<std::uint64_t> m_checkpoints;  // offset of every checkpointDistance-th token
+  std::unordered_map<std::size_t, std::size_t> m_ends;  // of outer lists that are long
   std::uint64_t m_place = 0;
 };
 

@@ -51,7 +51,7 @@ void reindex(detail::Members& set) {
 // Makes an index of a size that is a power of two, a quarter of it free at least.
 template <class T>
 void makeIndex(Arena& arena, detail::Members& set) {
-  if (set.index != nullptr) arena.recycle(set.index, indexes<T> * set.indexCapacity());
+  if (set.indexBits != 0) arena.recycle(set.index, indexes<T> * set.indexCapacity());
   set.indexBits = static_cast<std::uint8_t>(std::bit_width(set.count + set.count / 2));
   set.index = arena.allocateArray<std::uint32_t>(indexes<T> * set.indexCapacity());
   reindex<T>(set);
@@ -138,6 +138,7 @@ void append(Arena& arena, detail::Members& set, void* object) {
     set.slots = slots;
     set.capacityBits = bits;
   }
+  if (set.indexBits == 0) set.index = nullptr;
   set.slots[set.count++] = reinterpret_cast<std::uintptr_t>(object) | unlisted;
   set.settled = false;
 }
@@ -145,7 +146,7 @@ void append(Arena& arena, detail::Members& set, void* object) {
 template <class T>
 void indexLast(Arena& arena, detail::Members& set) {
   if (set.count <= unindexed) return;
-  if (set.index == nullptr || set.count * 4 > set.indexCapacity() * 3) {
+  if (set.indexBits == 0 || set.count * 4 > set.indexCapacity() * 3) {
     makeIndex<T>(arena, set);
   } else {
     enter<T>(set, set.count - 1);
@@ -156,8 +157,8 @@ template <class T>
 T* find(const detail::Members& set, std::uint32_t id) {
   if (set.count <= unindexed) {
     for (std::uint32_t at = 0; at < set.count; ++at) {
-      T* candidate = object<T>(set.slots[at]);
-      if (candidate->getId() == id) return candidate;
+      T* met = object<T>(set.slots[at]);
+      if ((set.index != nullptr ? set.index[at] : met->getId()) == id) return met;
     }
     return nullptr;
   }

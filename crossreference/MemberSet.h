@@ -29,6 +29,11 @@ T* object(std::uintptr_t slot) {
   return reinterpret_cast<T*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
 }
 
+/// Where the search for a number or a stored name begins in an index.
+inline std::uint32_t indexPlace(std::uint64_t key, std::uint32_t capacity) {
+  return static_cast<std::uint32_t>((key * 0x9e3779b97f4a7c15U) >> 32) & (capacity - 1);
+}
+
 /// Makes room for exactly so many objects in a new set; the caller fills the slots.
 void reserve(Arena& arena, detail::Members& set, std::uint32_t count);
 /// Takes slots from the arena, filled with pointers to objects, for those of a new set.
@@ -49,9 +54,24 @@ void append(Arena& arena, detail::Members& set, void* object);
 template <class T>
 void indexLast(Arena& arena, detail::Members& set);
 
+/// Gives a small set the numbers of its objects, slot by slot, which sets alike may share, so that
+/// only the object looked for is touched.
+inline void shareNumbers(detail::Members& set, std::uint32_t* numbers) {
+  if (set.count <= unindexed) set.index = numbers;
+}
+
 /// The object of a number, the first to come, or null.
 template <class T>
 T* find(const detail::Members& set, std::uint32_t id);
+
+/// The object that a look-up in an index will meet first, or null. It need not be the one looked
+/// for.
+template <class T>
+T* candidate(const detail::Members& set, std::uint32_t id) {
+  if (set.count <= unindexed) return nullptr;
+  const std::uint32_t position = set.index[indexPlace(id, set.indexCapacity())];
+  return position == 0 ? nullptr : object<T>(set.slots[position - 1]);
+}
 
 /// The first signal of a stored name that `isWanted` takes, or null.
 template <class IsWanted>
@@ -81,10 +101,6 @@ void updateVisible(detail::Members& set, IsHidden isHidden) {
   }
 }
 
-/// Where the search for a number or a stored name begins in an index.
-inline std::uint32_t indexPlace(std::uint64_t key, std::uint32_t capacity) {
-  return static_cast<std::uint32_t>((key * 0x9e3779b97f4a7c15U) >> 32) & (capacity - 1);
-}
 inline std::uint64_t nameKey(const std::string* name) {
   return reinterpret_cast<std::uintptr_t>(name) / alignof(std::string);
 }

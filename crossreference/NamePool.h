@@ -59,6 +59,11 @@ class NamePool {
   }
   /// Fetches the memory that a look-up will need.
   void prefetch(std::uint32_t hash) const { __builtin_prefetch(slots() + (hash & m_mask)); }
+  /// The name that a look-up will meet first, or null. It need not be the one looked for.
+  const std::string* candidate(std::uint32_t hash) const {
+    const Slot slot = slots()[hash & m_mask];
+    return slot.number == freeSlot || slot.hash != hash ? nullptr : &nameAt(slot.number);
+  }
 
  private:
   struct Name : std::string {

@@ -1,4 +1,5 @@
 #include <crossreference/EdifReader.h>
+#include <crossreference/MemberSet.h>
 #include <crossreference/Utils.h>
 #include <support/Limits.h>
 #include <support/Scan.h>
@@ -6,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace XRF_RTL2LL {
 
@@ -191,15 +193,9 @@ void EdifReader::parse_body() {
   }
 }
 
-EdifReader::ExprResult EdifReader::skip_expr() {
-  const std::uint32_t code = take();
-  if (code == token::Close) return {EXPR_END};
-  if (code == token::Open) skip_body();
-  return {};
-}
+void EdifReader::skip_body() { leave_list(m_tokens.endOfList(m_cursor)); }
 
-void EdifReader::skip_body() {
-  const std::size_t end = m_tokens.endOfList(m_cursor);
+void EdifReader::leave_list(std::size_t end) {
   if (end > m_tokens.size()) end_early();
   spend(end - m_cursor);
   m_cursor = end;
@@ -259,8 +255,9 @@ bool EdifReader::is_foreign(const std::string& bus) const {
 EdifReader::ExprResult EdifReader::parse_cell() {
   const std::size_t position = m_cursor - 2;
   record_cell(require_label(parse_expr(), "cell"), position);
-  m_cursor = position;
-  skip_expr();
+  m_cursor = position + 1;
+  spend(1);
+  leave_list(m_tokens.endOfOuterList(position));
   return {};
 }
 
@@ -385,9 +382,17 @@ EdifReader::ExprResult EdifReader::parse_direction() {
 
 EdifReader::ExprResult EdifReader::parse_joined() {
   BitRef* first = nullptr;
+  m_plain_taken = m_plain_count = 0;
   while (true) {
     BitRef* ref = nullptr;
-    if (!take_plain_portref(ref)) {
+    if (m_plain_taken == m_plain_count) look_ahead();
+    if (m_plain_taken < m_plain_count) {
+      const PlainPort& port = m_plain[m_plain_taken++];
+      const std::size_t words = port.end - m_cursor;
+      m_cursor = port.end;
+      spend(words);
+      ref = port.ref;
+    } else {
       const ExprResult item = parse_expr();
       if (item.kind == EXPR_END) break;
       if (item.kind == EXPR_NONE) continue;
@@ -408,29 +413,54 @@ EdifReader::ExprResult EdifReader::parse_joined() {
   return result;
 }
 
-// Takes a port reference of the two forms that almost all have, (portref P) and (portref P
-// (instanceref I)), as `parse_portref` would; anything else is left to it.
-bool EdifReader::take_plain_portref(BitRef*& ref) {
+// Recognises a port reference of the two forms that almost all have, (portref P) and (portref P
+// (instanceref I)); anything else is left to `parse_portref`.
+bool EdifReader::is_plain_portref(std::size_t at, PlainPort& port) const {
   constexpr std::size_t ownWords = 4;
   constexpr std::size_t instanceWords = 8;
-  const std::size_t at = m_cursor;
-  if (at + instanceWords > m_tokens.size() || m_depth + 2 > limits::elaborationNesting)
-    return false;
+  if (at + instanceWords > m_tokens.size()) return false;
   const auto isWord = [&](std::size_t place) { return m_tokens[place] > token::Close; };
+  const auto code = [&](std::size_t place) { return m_tokens[place] & ~EdifTokens::quotedMark; };
   if (m_tokens[at] != token::Open || m_tokens[at + 1] != token::PortRef || !isWord(at + 2)) {
     return false;
   }
-  const bool own = m_tokens[at + 3] == token::Close;
-  const bool ofInstance = m_tokens[at + 3] == token::Open &&
-                          m_tokens[at + 4] == token::InstanceRef && isWord(at + 5) &&
-                          m_tokens[at + 6] == token::Close && m_tokens[at + 7] == token::Close;
-  if (!own && !ofInstance) return false;
-  m_cursor += own ? ownWords : instanceWords;
-  spend(own ? ownWords : instanceWords);
-  const auto code = [&](std::size_t place) { return m_tokens[place] & ~EdifTokens::quotedMark; };
-  const Module* module = own ? &front() : front().getChild(code(at + 5), true);
-  ref = module == nullptr ? nullptr : scalar_ref(*module, code(at + 2));
-  return true;
+  port.port = code(at + 2);
+  port.own = m_tokens[at + 3] == token::Close;
+  port.end = at + (port.own ? ownWords : instanceWords);
+  if (port.own) return true;
+  port.instance = code(at + 5);
+  return m_tokens[at + 3] == token::Open && m_tokens[at + 4] == token::InstanceRef &&
+         isWord(at + 5) && m_tokens[at + 6] == token::Close && m_tokens[at + 7] == token::Close;
+}
+
+// Finds the bits of the plain port references that follow. Instances and what they hold are all
+// over memory, so each step of the way is asked for of all of them before any is taken.
+void EdifReader::look_ahead() {
+  m_plain_taken = 0;
+  m_plain_count = 0;
+  if (m_depth + 2 > limits::elaborationNesting) return;
+  const Module& around = front();
+  for (std::size_t at = m_cursor; m_plain_count < m_plain.size(); ++m_plain_count) {
+    PlainPort& port = m_plain[m_plain_count];
+    if (!is_plain_portref(at, port)) break;
+    at = port.end;
+    if (!port.own) {
+      __builtin_prefetch(members::candidate<Module>(around.children(), port.instance));
+    }
+  }
+  const std::span<PlainPort> found(m_plain.data(), m_plain_count);
+  for (PlainPort& port : found) {
+    port.module = port.own ? &around : around.getChild(port.instance, true);
+    if (port.module != nullptr) __builtin_prefetch(port.module->m_signals.slots);
+  }
+  for (PlainPort& port : found) {
+    port.signal = port.module == nullptr ? nullptr : port.module->getSignal(port.port, true);
+    __builtin_prefetch(port.signal);
+  }
+  for (PlainPort& port : found) {
+    port.ref = port.signal == nullptr ? nullptr : scalar_ref(*port.signal);
+    __builtin_prefetch(port.ref);
+  }
 }
 
 EdifReader::ExprResult EdifReader::parse_instanceref() {
@@ -490,12 +520,13 @@ BitRef* EdifReader::member_ref(const Module& module, const PortName& name) const
 }
 
 BitRef* EdifReader::port_ref(const Module& module, const PortName& name) const {
-  return name.isMember ? member_ref(module, name) : scalar_ref(module, name.label.first);
+  if (name.isMember) return member_ref(module, name);
+  const Signal* signal = module.getSignal(name.label.first, true);
+  return signal == nullptr ? nullptr : scalar_ref(*signal);
 }
 
-BitRef* EdifReader::scalar_ref(const Module& module, std::uint32_t port) const {
-  const Signal* signal = module.getSignal(port, true);
-  return signal == nullptr || signal->getLsb() > 0 ? nullptr : signal->getBitRef(0, true);
+BitRef* EdifReader::scalar_ref(const Signal& signal) {
+  return signal.getLsb() > 0 ? nullptr : signal.getBitRef(0, true);
 }
 
 EdifReader::ExprResult EdifReader::parse_member() {
@@ -559,7 +590,8 @@ bool EdifReader::is_others(const std::string& name, const BitRef& net) const {
 
 void EdifReader::hide_added(Signal& signal, const std::string& name) const {
   const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
-  signal.setHidden(added || name.find_first_of("$.[") != std::string::npos);
+  const auto marks = [](char byte) { return byte == '$' || byte == '.' || byte == '['; };
+  signal.setHidden(added || std::any_of(name.begin(), name.end(), marks));
 }
 
 void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {

@@ -80,6 +80,11 @@ NamePool& TokenMap::names() const { return m_words->pool; }
 
 unsigned int TokenMap::codeOf(const std::string* pooled) { return m_words->codeOf(pooled); }
 
+void TokenMap::prefetch(const std::string* pooled) const {
+  const std::uint32_t number = NamePool::numberOf(pooled);
+  if (number < m_words->codes.size()) __builtin_prefetch(&m_words->codes[number]);
+}
+
 unsigned int TokenMap::getCode(const std::string& token) {
   return getCode(std::string_view(token));
 }

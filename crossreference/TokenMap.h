@@ -38,6 +38,8 @@ class XRF_API TokenMap {
   NamePool& names() const;
   /// For a word of that pool.
   unsigned int codeOf(const std::string* pooled);
+  /// Fetches the memory that `codeOf` will need.
+  void prefetch(const std::string* pooled) const;
 
   struct Words;
   std::unique_ptr<Words> m_words;

@@ -28,7 +28,7 @@ XRF_API void* advance(Cursor& cursor);
 /// The slots of a set of model objects: tagged pointers, ordered when first looked at.
 struct Members {
   std::uintptr_t* slots = nullptr;
-  std::uint32_t* index = nullptr;
+  std::uint32_t* index = nullptr;  // without bits of its own, the numbers of a small set
   std::uint32_t count = 0;
   std::uint32_t listed = 0;
   std::uint32_t visible = 0;
