@@ -1,17 +1,10 @@
 #include <crossreference/CellTemplate.h>
 #include <crossreference/MemberSet.h>
+#include <crossreference/NameRegistry.h>
 
 #include <algorithm>
 
 namespace XRF_RTL2LL {
-
-namespace {
-
-bool isPlainName(const std::string* name) {
-  return name != nullptr && name->find('/') == std::string::npos;
-}
-
-}  // namespace
 
 std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
                                              const PortRanges& ranges) {

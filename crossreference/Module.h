@@ -78,6 +78,7 @@ class XRF_API Module {
   friend class Netlist;
   friend class EdifReader;
   friend class CellTemplate;
+  friend class LeafText;
   friend class XrfReader;
   friend struct ModelState;
   friend struct NameKey;

@@ -104,6 +104,11 @@ class ModuleRegistry {
   std::uint64_t m_path_hash = 0;
 };
 
+/// Whether a local name is there and does not look like a path.
+inline bool isPlainName(const std::string* name) {
+  return name != nullptr && name->find('/') == std::string::npos;
+}
+
 /// The signals of one view of a netlist. A signal is found through its module and by its local
 /// name, and remembers whether its full name is held by it, so that the millions of them need no
 /// table. The few that can't be found in this way have one.

@@ -1,3 +1,4 @@
+#include <crossreference/LeafText.h>
 #include <crossreference/MemberSet.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/RegisterTies.h>
@@ -50,6 +51,10 @@ class XrfReader {
   void linkBits(Signal& signal, std::string_view numbers);
   void linkBit(Signal& signal, std::uint64_t index, std::uint32_t number);
   void join(Signal& signal, Net& net);
+  bool copyLeaf(Module& module);
+  bool areThere(const std::vector<LeafText::Place>& places) const;
+  void copyPorts(Module& module, const LeafText& leaf);
+  void learnLeaf(const Module& module);
   static void close(Module& module);
   static void forgetVisible(Module& module);
   void closeModules(std::ptrdiff_t count);
@@ -58,6 +63,7 @@ class XrfReader {
   void declareNets(std::uint32_t count);
   void checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const;
   Module& front() const;
+  void settleNets();
   void recallRegisters();
   void finish();
 
@@ -76,6 +82,13 @@ class XrfReader {
   std::vector<Net*> m_nets;
   std::array<Module*, 2> m_roots{};
   std::vector<Module*> m_modules;  // the open ones, the view's root first
+  // By cell, and how often the text had to be learned.
+  struct Leaf {
+    std::optional<LeafText> text;
+    unsigned learned = 0;
+  };
+  std::unordered_map<const std::string*, Leaf> m_leaves;
+  std::vector<LeafText::Place> m_places;
 };
 
 int Netlist::parse_xrf(std::string path) {
@@ -108,7 +121,7 @@ void XrfReader::finish() {
             "match.\n",
             static_cast<int>(m_version), static_cast<int>(utils::getVersion()));
   }
-  m_state.model.nets.each([](const Net* net) { net->getSignals(); });
+  settleNets();
   if (m_state.reading.has(Rule::ClosingModules) && m_modules.size() > 1) {
     fatalHere("The file ends before all its modules are closed.");
   }
@@ -117,6 +130,22 @@ void XrfReader::finish() {
     Bit::setMaxBitId(m_highest_bit);
   }
   if (m_state.reading.has(Rule::LoadedRegisters)) recallRegisters();
+}
+
+void XrfReader::settleNets() {
+  constexpr std::size_t slotsAhead = 24;
+  constexpr std::size_t signalsAhead = 16;
+  constexpr std::size_t namesAhead = 8;
+  const Registry<Net>& nets = m_state.model.nets;
+  for (std::size_t place = 0; place < nets.nextPlace(); ++place) {
+    const auto ahead = [&](std::size_t distance, auto ask) {
+      if (const Net* net = nets.at(place + distance); net != nullptr) ask(net->m_signals);
+    };
+    ahead(slotsAhead, [](const detail::Members& set) { __builtin_prefetch(set.slots); });
+    ahead(signalsAhead, members::prefetchObjects<Signal>);
+    ahead(namesAhead, members::prefetchNames<Signal>);
+    if (const Net* net = nets.at(place); net != nullptr) net->getSignals();
+  }
 }
 
 // What a cell is and which register it implements is not stored; their names tell again.
@@ -203,7 +232,7 @@ bool XrfReader::parse_signal(std::string_view line) {
   ModelState& model = m_state.model;
   auto* signal = new (model.arena.allocate(sizeof(Signal))) Signal(
       model, &module, model.names.intern(record.name), record.id, record.lsb, record.msb, true);
-  setKind(signal, std::string(record.direction).c_str());
+  if (record.direction != "WIRE") setKind(signal, std::string(record.direction).c_str());
   module.addSignal(signal);
   m_state.enter(m_view, signal, true);
   if (record.isPlain) {
@@ -246,12 +275,14 @@ void XrfReader::linkBit(Signal& signal, std::uint64_t index, std::uint32_t numbe
   signal.setBitRef(at, ref);
 }
 
-// A net lists one signal of each name, and the million members of a clock have but a few.
+// A net lists one signal of each name, and the million members of a clock have but a few. What a
+// small net has too many it loses when it is settled.
 void XrfReader::join(Signal& signal, Net& net) {
+  constexpr std::uint32_t few = 8;
   constexpr std::uint32_t compared = 16;
   signal.m_net = &net;
   const detail::Members& set = net.m_signals;
-  for (std::uint32_t at = 0; at < std::min(set.count, compared); ++at) {
+  for (std::uint32_t at = 0; set.count >= few && at < std::min(set.count, compared); ++at) {
     if (members::object<Signal>(set.slots[at])->m_name == signal.m_name) return;
   }
   members::append(m_state.model.arena, net.m_signals, &signal);
@@ -287,8 +318,68 @@ void XrfReader::closeModules(std::ptrdiff_t count) {
   for (; count > 0; --count) {
     if (m_modules.empty()) fatalHere("More modules are closed than are open.");
     close(*m_modules.back());
+    learnLeaf(*m_modules.back());
     m_modules.pop_back();
   }
+}
+
+bool XrfReader::copyLeaf(Module& module) {
+  const auto known = m_leaves.find(module.m_def_name);
+  if (known == m_leaves.end() || !known->second.text) return false;
+  const LeafText::Passed passed = known->second.text->scan(m_lines.rest(), m_places);
+  if (passed.bytes == 0 || !areThere(m_places) || !m_state.signals.at(m_view).isPlain(module)) {
+    known->second.text.reset();
+    return false;
+  }
+  m_lines.skip(passed.bytes, passed.lines);
+  copyPorts(module, *known->second.text);
+  closeModules(passed.closing);
+  return true;
+}
+
+// Whether nets and bits were declared. They are all over memory, and are asked for by the way.
+bool XrfReader::areThere(const std::vector<LeafText::Place>& places) const {
+  if (m_declared_indices + places.size() > limits::declaredBase + m_lines.size()) return false;
+  for (const LeafText::Place& place : places) {
+    if (place.net >= m_nets.size() || place.bit >= m_bits.size()) return false;
+    if (m_bits[place.bit] == nullptr) return false;
+    __builtin_prefetch(m_nets[place.net], 1);
+    __builtin_prefetch(m_bits[place.bit], 1);
+  }
+  return true;
+}
+
+void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
+  ModelState& model = m_state.model;
+  const auto count = static_cast<std::uint32_t>(leaf.ports().size());
+  detail::Members& set = module.m_signals;
+  members::reserve(model.arena, set, count);
+  set.count = count;
+  set.listed = count;
+  for (std::uint32_t at = 0; at < count; ++at) {
+    const LeafText::Port& port = leaf.ports()[at];
+    auto* signal = new (model.arena.allocate(sizeof(Signal)))
+        Signal(model, &module, port.name, port.id, 0, 0, true);
+    signal->m_kind = port.kind;
+    signal->m_hidden = port.hidden;
+    m_state.signals.at(m_view).hold(*signal);
+    set.slots[at] = reinterpret_cast<std::uintptr_t>(signal);
+    auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(signal, 0);
+    ref->setBit(m_bits[m_places[at].bit]);
+    signal->store(0, ref);
+    join(*signal, *m_nets[m_places[at].net]);
+  }
+  m_declared_indices += count;
+  members::shareNumbers(set, leaf.ids());
+}
+
+// Cells whose instances keep differing are not learned again and again.
+void XrfReader::learnLeaf(const Module& module) {
+  constexpr unsigned often = 4;
+  if (module.m_signals.count > members::unindexed || module.children().count != 0) return;
+  Leaf& leaf = m_leaves[module.m_def_name];
+  if (leaf.text || leaf.learned++ >= often) return;
+  leaf.text = LeafText::of(module);
 }
 
 Module& XrfReader::front() const {
@@ -317,6 +408,7 @@ bool XrfReader::parse_module(std::string_view line) {
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
   if (record.visibility.front() == 'H') module->setHidden();
+  if (record.closing == 0 && copyLeaf(*module)) return true;
   if (m_state.reading.has(Rule::ClosingModules)) {
     // A module without anything to list closes on its own line, and may close its parents with it.
     closeModules(record.closing);

@@ -99,6 +99,7 @@ class XRF_API Signal {
   friend class NetGrouping;
   friend class EdifReader;
   friend class CellTemplate;
+  friend class LeafText;
   friend class XrfReader;
   friend class RegisterTies;
   friend struct ModelState;

@@ -22,6 +22,10 @@ class FileLines {
     if (m_lines.offset() >= m_report) report();
     return true;
   }
+  /// What follows the current line.
+  std::string_view rest() const { return m_lines.rest(); }
+  /// Passes lines of that, so many bytes in all.
+  void skip(std::size_t bytes, std::uint64_t lines) { m_lines.skip(bytes, lines); }
   std::string_view line() const { return m_lines.line(); }
   /// Whether the current line ended in a line feed.
   bool terminated() const { return m_lines.terminated(); }

@@ -45,6 +45,13 @@ class LineReader {
 
   /// Steps to the next line; false at the end. A last line without a line feed counts.
   bool next();
+  /// What follows the current line.
+  std::string_view rest() const { return m_text.substr(m_next); }
+  /// Passes lines of that, so many bytes in all.
+  void skip(std::size_t bytes, std::uint64_t lines) {
+    m_next += bytes;
+    m_number += lines;
+  }
   std::string_view line() const { return m_line; }
   /// Whether the current line ended in a line feed.
   bool terminated() const { return m_terminated; }

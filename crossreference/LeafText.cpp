@@ -1,0 +1,76 @@
+#include <crossreference/LeafText.h>
+#include <crossreference/MemberSet.h>
+#include <crossreference/ModelText.h>
+#include <crossreference/NameRegistry.h>
+#include <support/Scan.h>
+
+#include <sstream>
+
+namespace XRF_RTL2LL {
+
+namespace {
+
+std::string headOf(const Signal& signal) {
+  std::ostringstream head;
+  head << "(SIG " << (signal.isHidden() ? "HIDDEN " : "VISIBLE ") << signal.getKind() << " "
+       << signal.getName() << " " << signal.getId() << " ";
+  return head.str();
+}
+
+// Blanks and empty lines in front of a record.
+void passMargin(PlainScan& scan, std::uint64_t& lines) {
+  while (true) {
+    while (scan.literal("        ")) {
+    }
+    scan.blanks();
+    if (scan.peek() != '\n' || !scan.literal("\n")) return;
+    ++lines;
+  }
+}
+
+}  // namespace
+
+std::optional<LeafText> LeafText::of(const Module& module) {
+  const detail::Members& set = module.m_signals;
+  const bool few = set.count > 0 && set.count <= members::unindexed && set.listed == set.count;
+  if (!few || module.children().count != 0) return std::nullopt;
+  LeafText text;
+  text.m_ids = static_cast<std::uint32_t*>(
+      ModelState::current().arena.allocate(set.count * sizeof(std::uint32_t)));
+  std::uint32_t place = 0;
+  for (std::uint32_t at = 0; at < set.count; ++at) {
+    const auto* signal = members::object<Signal>(set.slots[at]);
+    const bool oneBit = signal->m_lsb == 0 && signal->m_msb == 0 && signal->entries().count == 1;
+    const bool inOrder = at == 0 || signal->m_place == place + 1;
+    if (!oneBit || !inOrder || !isPlainName(signal->m_name)) return std::nullopt;
+    place = signal->m_place;
+    text.m_ports.push_back({signal->m_name, signal->m_id, signal->getKind(), signal->isHidden(),
+                            headOf(*signal)});
+    text.m_ids[at] = signal->m_id;
+  }
+  return text;
+}
+
+LeafText::Passed LeafText::scan(std::string_view text, std::vector<Place>& places) const {
+  places.clear();
+  PlainScan scan(text);
+  Passed passed;
+  for (const Port& port : m_ports) {
+    Place place{};
+    passMargin(scan, passed.lines);
+    if (passed.closing > 1 || !scan.literal(port.head) || !scan.number(place.net) ||
+        !scan.literal(" 0 0 ") || !scan.number(place.bit)) {
+      return {};
+    }
+    for (passed.closing = 0; scan.peek() == ')' && scan.literal(")");) ++passed.closing;
+    if (passed.closing == 0 || !scan.literal("\n")) return {};
+    ++passed.lines;
+    places.push_back(place);
+  }
+  // Without a parenthesis of its own the module goes on.
+  if (--passed.closing == 0) return {};
+  passed.bytes = text.size() - scan.rest().size();
+  return passed;
+}
+
+}  // namespace XRF_RTL2LL
