@@ -12,7 +12,8 @@
 namespace XRF_RTL2LL {
 
 /// Collects text and hands it to a sink in large pieces; the last one when it is flushed. The sink
-/// may throw, so nothing is handed over by the destructor.
+/// may throw, so nothing is handed over by the destructor. Inlined, so that what is always the same
+/// text is stored, not copied.
 class TextOut {
  public:
   using Sink = void (*)(std::string_view text, void* context);
@@ -21,7 +22,7 @@ class TextOut {
   TextOut(const TextOut&) = delete;
   TextOut& operator=(const TextOut&) = delete;
 
-  TextOut& operator<<(std::string_view text) {
+  [[gnu::always_inline]] TextOut& operator<<(std::string_view text) {
     if (m_failed) return *this;
     if (text.size() > m_text.size() - m_size && !makeRoom(text.size())) {
       m_sink(text, m_context);
@@ -31,7 +32,7 @@ class TextOut {
     m_size += text.size();
     return *this;
   }
-  TextOut& operator<<(std::uint32_t number) {
+  [[gnu::always_inline]] TextOut& operator<<(std::uint32_t number) {
     constexpr std::size_t most = 10;
     if (m_failed) return *this;
     if (most > m_text.size() - m_size) makeRoom(most);
@@ -57,7 +58,7 @@ class TextOut {
   static constexpr std::size_t pieceSize = std::size_t{1} << 16;
 
   // False for a text that is larger than a piece, which the sink can take as it is.
-  bool makeRoom(std::size_t size) {
+  [[gnu::noinline]] bool makeRoom(std::size_t size) {
     if (m_size + size <= pieceSize) {
       m_text.resize(std::min(std::max(m_size + size, 2 * m_text.size()), pieceSize));
       return true;
