@@ -44,8 +44,8 @@ std::optional<LeafText> LeafText::of(const Module& module) {
     const bool inOrder = at == 0 || signal->m_place == place + 1;
     if (!oneBit || !inOrder || !isPlainName(signal->m_name)) return std::nullopt;
     place = signal->m_place;
-    text.m_ports.push_back({signal->m_name, signal->m_id, signal->getKind(), signal->isHidden(),
-                            headOf(*signal)});
+    text.m_ports.push_back(
+        {signal->m_name, signal->m_id, signal->getKind(), signal->isHidden(), headOf(*signal)});
     text.m_ids[at] = signal->m_id;
   }
   return text;

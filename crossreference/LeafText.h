@@ -39,8 +39,8 @@ class LeafText {
   static std::optional<LeafText> of(const Module& module);
 
   const std::vector<Port>& ports() const { return m_ports; }
-  /// The numbers of the ports in their order, which is that of their names. They live as long as the
-  /// model.
+  /// The numbers of the ports in their order, which is that of their names. They live as long as
+  /// the model.
   std::uint32_t* ids() const { return m_ids; }
   /// Compares the lines that follow that of a module, and takes the places of its ports from them.
   Passed scan(std::string_view text, std::vector<Place>& places) const;

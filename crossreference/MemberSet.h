@@ -83,8 +83,9 @@ void each(const detail::Members& set, Visit visit) {
   for (std::uint32_t at = 0; at < set.count; ++at) visit(object<T>(set.slots[at]));
 }
 
-/// Fetch the memory that settling a set will need, of its first objects: the objects, and once those
-/// are there, their names. To be asked for some sets ahead, where the objects are all over memory.
+/// Fetch the memory that settling a set will need, of its first objects: the objects, and once
+/// those are there, their names. To be asked for some sets ahead, where the objects are all over
+/// memory.
 template <class T>
 void prefetchObjects(const detail::Members& set) {
   constexpr std::uint32_t most = 4;

@@ -31,6 +31,13 @@ Signal* Namesakes::find(const Signal& rtl) {
   return synth == nullptr || m_state.isAmbiguous(*synth) ? nullptr : synth;
 }
 
+const Module* Namesakes::find(const Module& rtl) const {
+  const ModuleRegistry& modules = m_state.modules[SYNTH];
+  if (!m_tops) return nullptr;
+  return m_same_top ? modules.find(NameKey(rtl))
+                    : modules.find(twinName(m_state, NameKey(rtl).compose()));
+}
+
 Signal* Namesakes::findAnywhere(const Signal& rtl) const {
   return m_same_top ? m_state.signals[SYNTH].find(NameKey(rtl))
                     : m_state.signals[SYNTH].find(twinName(m_state, rtl.getFullName()));

@@ -14,6 +14,9 @@ class Namesakes {
   bool mayFind(const Signal& rtl);
   /// Null where there is none, and where several signals have the name on either side.
   Signal* find(const Signal& rtl);
+  /// The module of the synthesized view that bears the name of an RTL module below the top, or
+  /// null.
+  const Module* find(const Module& rtl) const;
 
  private:
   const Module* twinOf(const Module* module);

@@ -4,6 +4,7 @@
 #include <crossreference/SignalIndex.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace XRF_RTL2LL {
 
@@ -113,11 +114,9 @@ bool RegisterCopy::takesName(const BitRef& to, const BitRef& from) {
 void RegisterCopy::copyNames() {
   // A file without register cells does not tell which names are registers.
   if (m_state.loaded && m_pairs->registers().empty() && m_pairs->unnamed().empty()) return;
-  struct Named {
-    Signal* rtl;
-    const Signal* synth;
-  };
-  std::vector<Named> named;
+  // Where the views share bits, what one name shows can be what another one takes.
+  const bool mayShareBits = m_state.loaded;
+  std::vector<Name> names;
   Namesakes namesakes(m_state);
   m_state.signals[RTL].each([&](Signal* rtl) {
     if (!namesakes.mayFind(*rtl) || !hasUnknown(*rtl)) return;
@@ -126,17 +125,40 @@ void RegisterCopy::copyNames() {
     bool any = false;
     eachCommon(*rtl, *synth,
                [&](const BitRef& to, const BitRef& from) { any = any || takesName(to, from); });
-    if (any) named.push_back({rtl, synth});
+    if (!any) return;
+    eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
+      if (mayShareBits || takesName(to, from)) names.push_back({to.getBit(), &to, &from});
+    });
   });
   // One bit may have several names, and the first in byte order decides.
-  std::sort(named.begin(), named.end(), [](const Named& a, const Named& b) {
-    return NameKey::compare(NameKey(*a.rtl), NameKey(*b.rtl)) < 0;
-  });
-  for (const Named& same : named) {
-    eachCommon(*same.rtl, *same.synth, [&](const BitRef& to, const BitRef& from) {
-      if (takesName(to, from)) take(*to.getBit(), *from.getBit());
-    });
+  if (mayShareBits) {
+    std::stable_sort(names.begin(), names.end(), comesFirst);
+  } else {
+    keepFirst(names);
   }
+  for (const Name& name : names) {
+    if (takesName(*name.to, *name.from)) take(*name.to->getBit(), *name.from->getBit());
+  }
+}
+
+bool RegisterCopy::comesFirst(const Name& a, const Name& b) {
+  const Signal& signalA = *a.to->getSignal();
+  const Signal& signalB = *b.to->getSignal();
+  return &signalA != &signalB && NameKey::compare(NameKey(signalA), NameKey(signalB)) < 0;
+}
+
+// Leaves one name of each bit. Almost all bits have just one, and comparing names takes long.
+void RegisterCopy::keepFirst(std::vector<Name>& names) {
+  std::stable_sort(names.begin(), names.end(),
+                   [](const Name& a, const Name& b) { return std::less<>()(a.bit, b.bit); });
+  auto kept = names.begin();
+  for (auto name = names.begin(); name != names.end();) {
+    const auto last =
+        std::find_if(name, names.end(), [&](const Name& other) { return other.bit != name->bit; });
+    *kept++ = *std::min_element(name, last, comesFirst);
+    name = last;
+  }
+  names.erase(kept, names.end());
 }
 
 void RegisterCopy::markUnread() {

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 namespace XRF_RTL2LL {
 
@@ -20,8 +21,17 @@ class RegisterCopy {
   void markUnread();
 
  private:
+  // An RTL name that can show its bit what the same name knows in the synthesized view.
+  struct Name {
+    const Bit* bit;
+    const BitRef* to;
+    const BitRef* from;
+  };
+
   void copyRegisters();
   void copyNames();
+  static bool comesFirst(const Name& a, const Name& b);
+  static void keepFirst(std::vector<Name>& names);
   bool isOpen(const Bit& bit) const;
   bool takesName(const BitRef& to, const BitRef& from);
   bool isMere(const Bit& bit);

@@ -95,12 +95,12 @@ bool RegisterPairs::isImplemented(const BitRef& place) const {
 // An instance name such as count_reg_3_ tells no bit, but the same instance in both views is the
 // same register.
 void RegisterPairs::matchUnnamed() {
+  const Namesakes namesakes(m_state);
   m_state.modules[RTL].each([&](const Module* module) {
     if (module->getName() == nullptr || !RegisterTies::isRegister(m_state, *module)) return;
     const Signal* output = RegisterTies::outputOf(*module);
     if (output == nullptr || namesRegister(module->getName())) return;
-    const Module* synth =
-        m_state.modules[SYNTH].find(twinName(m_state, NameKey(*module).compose()));
+    const Module* synth = namesakes.find(*module);
     const bool both = synth != nullptr && RegisterTies::isRegister(m_state, *synth);
     m_unnamed.push_back({output, both ? RegisterTies::outputOf(*synth) : nullptr});
   });
