@@ -35,6 +35,7 @@ set(XRF_PUBLIC_HEADERS
   lmx60/XmlWriter.h
   support/Api.h
   support/Handlers.h
+  support/Limits.h
   support/Range.h)
 
 # The same for headers that are made in the build tree, in XRF_GENERATED_DIR.

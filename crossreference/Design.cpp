@@ -2,7 +2,6 @@
 #include <crossreference/DesignState.h>
 #include <crossreference/Export.h>
 #include <crossreference/NetlistState.h>
-#include <support/Limits.h>
 #include <support/Report.h>
 
 namespace XRF_RTL2LL {
@@ -22,7 +21,8 @@ DesignUse::DesignUse(const std::weak_ptr<ModelState>& model)
     : m_model(locked(model)), m_scope(*m_model) {}
 
 void keepName(std::vector<std::string>& names, std::string_view name) {
-  if (names.size() < limits::reportedNames) names.emplace_back(name);
+  constexpr std::size_t mostKept = 100;
+  if (names.size() < mostKept) names.emplace_back(name);
 }
 
 Design::Design(Matching matching) : m_state(std::make_unique<State>()) {
@@ -42,6 +42,11 @@ void Design::setMatching(Matching matching) {
     fatalHere("The matching of a design can't be changed after its first read.");
   readAs(*m_state->netlist,
          matching == Matching::Extended ? Reading::extended() : Reading::strict());
+}
+
+void Design::setLimits(const Limits& limits) {
+  const DesignUse use(m_state->model);
+  ModelState::current().limits = limits.possible();
 }
 
 int Design::parse_rtl(std::string file) {

@@ -2,6 +2,7 @@
 
 #include <crossreference/Netlist.h>
 #include <support/Api.h>
+#include <support/Limits.h>
 
 #include <cstdint>
 #include <memory>
@@ -87,6 +88,9 @@ class XRF_API Design {
 
   /// Chooses how names are matched. After the first read it is a fatal error.
   void setMatching(Matching matching);
+  /// What the files that are read from now on may ask for: the limits of the design's model, which
+  /// other designs of that model share.
+  void setLimits(const Limits& limits);
 
   int parse_rtl(std::string file);
   int parse_synth(std::string file);

@@ -16,7 +16,8 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-constexpr std::size_t prefix = 6;  // of a site's name, as in SLICE_
+constexpr std::size_t prefix = 6;                             // of a site's name, as in SLICE_
+constexpr std::uint64_t mostLevels = Limits().moduleNesting;  // of a name, as of any hierarchy
 
 bool scanCoordinates(std::string_view text, std::uint32_t& row) {
   PlainScan plain(text);
@@ -260,9 +261,8 @@ LogicLocationReader::Outcome LogicLocationReader::record(const Location& locatio
 
 // Flattening joins the levels of a name with "_", beginning with the innermost.
 LogicLocationReader::Outcome LogicLocationReader::recordFlattened(const Location& location) {
-  unsigned levels = 0;
-  for (std::size_t slash = m_name.rfind('/');
-       slash != std::string::npos && levels++ <= limits::moduleNesting;
+  std::uint64_t levels = 0;
+  for (std::size_t slash = m_name.rfind('/'); slash != std::string::npos && levels++ <= mostLevels;
        slash = m_name.rfind('/', slash)) {
     m_name[slash] = '_';
     Signal* signal = m_search.find(SYNTH, m_name);

@@ -11,8 +11,10 @@ constexpr char sentinel = '"';
 
 }  // namespace
 
-EdifLexer::EdifLexer(const TextSource& source, std::uint64_t at, std::size_t piece)
+EdifLexer::EdifLexer(const TextSource& source, std::uint64_t longestWord, std::uint64_t at,
+                     std::size_t piece)
     : m_source(source),
+      m_longest_word(longestWord),
       m_capacity(piece),
       m_text(new char[m_capacity + margin]),
       m_at(m_text.get()),

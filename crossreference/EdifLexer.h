@@ -29,9 +29,10 @@ class EdifLexer {
   static constexpr std::size_t margin = edifMargin;
   static constexpr std::size_t usualPiece = std::size_t{1} << 18;
 
-  /// Starts at an offset of the text, which is read in pieces of a size.
-  explicit EdifLexer(const TextSource& source, std::uint64_t at = 0,
-                     std::size_t piece = usualPiece);
+  /// Takes words of up to `longestWord` bytes. Starts at an offset of the text, which is read in
+  /// pieces of a size.
+  explicit EdifLexer(const TextSource& source, std::uint64_t longestWord = Limits().wordLength,
+                     std::uint64_t at = 0, std::size_t piece = usualPiece);
 
   /// Goes on to the first lexeme that begins at `pause` or later, to the end of the text, which
   /// drops a word it cuts short, or to what no text may contain.
@@ -52,8 +53,8 @@ class EdifLexer {
   const char* cutString(Sink& sink, const char* from);
   template <class Find>
   const char* passEscapes(const char* end, Find find);
-  static bool isTooLong(const char* text, const char* end) {
-    return static_cast<std::size_t>(end - text) > limits::wordLength;
+  bool isTooLong(const char* text, const char* end) const {
+    return static_cast<std::uint64_t>(end - text) > m_longest_word;
   }
   std::string_view textOf(const char* text, const char* end);
   const char* stop(State state, const char* at);
@@ -61,6 +62,7 @@ class EdifLexer {
   bool refill();
 
   const TextSource& m_source;
+  std::uint64_t m_longest_word;
   std::size_t m_capacity;
   std::unique_ptr<char[]> m_text;  // what is in memory of the text, and sentinels after it
   const char* m_at;

@@ -161,6 +161,7 @@ class EdifReader {
   Netlist& m_netlist;
   NetlistState& m_state;
   EdifView m_view;
+  const Limits m_limits;
   EdifTokens m_tokens;
   ReadPlace m_place;
   std::unordered_map<std::uint32_t, CellRecord> m_cells;
@@ -179,7 +180,7 @@ class EdifReader {
   unsigned m_depth = 0;
   unsigned m_deepest = 0;     // since the body of a cell was begun
   bool m_only_ports = false;  // whether that body held nothing else
-  ObjectBudget m_budget{0};
+  ObjectBudget m_budget;
   std::uint64_t m_path_bytes = 0;
   std::uint64_t m_taken = 0;
   std::uint64_t m_next_report = std::uint64_t{1} << 20;

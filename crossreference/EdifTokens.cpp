@@ -2,7 +2,6 @@
 #include <crossreference/EdifTokens.h>
 #include <crossreference/NamePool.h>
 #include <crossreference/WordMemo.h>
-#include <support/Limits.h>
 
 #include <algorithm>
 #include <array>
@@ -23,7 +22,7 @@ class EdifTokens::Writer {
   void open(const char* from) {
     put(token::Open, from);
     if (m_nesting < outerLists) m_opened[m_nesting] = size() - 1;
-    if (++m_nesting > limits::listNesting) raiseNesting(from);
+    if (++m_nesting > m_tokens.m_limits.listNesting) raiseNesting(from);
   }
   void close(const char* from) {
     put(token::Close, from);
@@ -82,7 +81,7 @@ class EdifTokens::Writer {
   // The room up to the next checkpoint.
   std::uint32_t* m_next = nullptr;
   std::uint32_t* m_stop = nullptr;
-  unsigned m_nesting = 0;
+  std::uint64_t m_nesting = 0;
   std::array<std::size_t, outerLists> m_opened{};
   WordMemo m_memo;
   std::array<Waiting, mostWaiting> m_waiting{};
@@ -134,12 +133,13 @@ void EdifTokens::Writer::makeRoom(const char* from) {
 
 void EdifTokens::Writer::raiseNesting(const char* from) {
   m_tokens.m_place = m_lexer.offsetOf(from) + 1;
-  fatalHere("Lists are nested more than %u deep.", limits::listNesting);
+  fatalHere("Lists are nested more than %llu deep.",
+            static_cast<unsigned long long>(m_tokens.m_limits.listNesting));
 }
 
 void EdifTokens::lex() {
   constexpr std::uint64_t reportDistance = std::uint64_t{1} << 22;
-  EdifLexer lexer(m_source);
+  EdifLexer lexer(m_source, m_limits.wordLength);
   Writer writer(*this, lexer);
   State state = lexer.run(writer, 0);
   while (state == State::Going) {
@@ -153,7 +153,7 @@ void EdifTokens::lex() {
   if (state == State::QuoteInWord) fatal("ERROR: Illegal character '\"' inside token.\n");
   if (state == State::WordTooLong) {
     fatalHere("A word is longer than %llu bytes.",
-              static_cast<unsigned long long>(limits::wordLength));
+              static_cast<unsigned long long>(m_limits.wordLength));
   }
   if (m_source.failed()) fatalHere("The file cannot be read to its end.");
 }
@@ -213,7 +213,7 @@ class Finder {
 ReadPlace::Position EdifTokens::position(std::size_t index) const {
   constexpr std::size_t piece = std::size_t{1} << 12;
   if (index >= m_size) return positionOf(m_source.size());
-  EdifLexer lexer(m_source, m_checkpoints[index / checkpointDistance], piece);
+  EdifLexer lexer(m_source, m_limits.wordLength, m_checkpoints[index / checkpointDistance], piece);
   Finder finder(lexer, index % checkpointDistance);
   while (!finder.found() && lexer.run(finder, lexer.offset() + piece) == State::Going) {
   }

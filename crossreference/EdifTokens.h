@@ -2,6 +2,7 @@
 
 #include <crossreference/TokenMap.h>
 #include <support/HugePages.h>
+#include <support/Limits.h>
 #include <support/Report.h>
 #include <support/TextSource.h>
 
@@ -20,7 +21,8 @@ class EdifTokens {
   /// structure.
   static constexpr std::uint32_t quotedMark = 0x80000000U;
 
-  EdifTokens(const TextSource& source, TokenMap& words) : m_source(source), m_words(words) {}
+  EdifTokens(const TextSource& source, TokenMap& words, const Limits& limits = {})
+      : m_source(source), m_words(words), m_limits(limits) {}
 
   /// Reads the whole text.
   void lex();
@@ -51,6 +53,7 @@ class EdifTokens {
 
   const TextSource& m_source;
   TokenMap& m_words;
+  const Limits m_limits;
   // Chunks, since a vector that grows takes twice and more what it holds.
   std::vector<Pages> m_chunks;
   std::size_t m_size = 0;

@@ -137,6 +137,10 @@ Model::Model() : m_state(std::make_shared<ModelState>()) {}
 
 Model::~Model() = default;
 
+void Model::setLimits(const Limits& limits) { m_state->limits = limits.possible(); }
+
+Limits Model::getLimits() const { return m_state->limits; }
+
 ModelScope::ModelScope(Model& model)
     : m_previous(currentOfThread().model), m_previous_state(currentOfThread().state) {
   currentOfThread() = {nullptr, &model};

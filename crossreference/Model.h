@@ -1,6 +1,7 @@
 #pragma once
 
 #include <support/Api.h>
+#include <support/Limits.h>
 
 #include <memory>
 
@@ -24,6 +25,11 @@ class XRF_API Model {
   ~Model();
   Model(const Model&) = delete;
   Model& operator=(const Model&) = delete;
+
+  /// What the files that are read into the model from now on may ask for. `resetModel` restores the
+  /// usual limits.
+  void setLimits(const Limits& limits);
+  Limits getLimits() const;
 
  private:
   friend struct ModelState;

@@ -4,6 +4,7 @@
 #include <crossreference/Module.h>
 #include <crossreference/NamePool.h>
 #include <support/Arena.h>
+#include <support/Limits.h>
 #include <support/Range.h>
 
 #include <cstdint>
@@ -63,6 +64,7 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   ModelState();
   ~ModelState();
 
+  Limits limits;
   Arena arena;
   NamePool names;
   Registry<Bit> bits;

@@ -81,12 +81,28 @@ Signal* Netlist::addSignal(unsigned int /*mark*/, EdifView view, Module* module,
   return addSignal(view, module, name, lsb, msb, id, extra);
 }
 
-void ObjectBudget::count(std::uint64_t objects) {
-  m_made += objects;
-  if (m_made > m_most) {
-    fatalHere("The cells expand to more than %llu modules, signals and bits.",
-              static_cast<unsigned long long>(m_most));
+ObjectBudget::ObjectBudget(const Limits& limits)
+    : m_most(limits.objects), m_most_instances(limits.instances) {}
+
+ObjectBudget::ObjectBudget(const Limits& limits, std::uint64_t words) : ObjectBudget(limits) {
+  const std::uint64_t ofWords = Limits::objectsBase + limits.objectsPerWord * words;
+  if (ofWords >= m_most) return;
+  m_most = ofWords;
+  m_words = words;
+}
+
+void ObjectBudget::refuseObjects() const {
+  if (m_words != 0) {
+    fatalHere("The %llu words of the netlist expand to more than %llu modules, signals and bits.",
+              static_cast<unsigned long long>(m_words), static_cast<unsigned long long>(m_most));
   }
+  fatalHere("The view holds more than %llu modules, signals and bits.",
+            static_cast<unsigned long long>(m_most));
+}
+
+void ObjectBudget::refuseInstances() const {
+  fatalHere("The view holds more than %llu modules.",
+            static_cast<unsigned long long>(m_most_instances));
 }
 
 Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string* name,

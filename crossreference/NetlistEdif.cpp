@@ -1,7 +1,6 @@
 #include <crossreference/EdifReader.h>
 #include <crossreference/MemberSet.h>
 #include <crossreference/Utils.h>
-#include <support/Limits.h>
 #include <support/Scan.h>
 #include <support/TextSource.h>
 
@@ -38,7 +37,8 @@ EdifReader::EdifReader(Netlist& netlist, NetlistState& state, EdifView view,
     : m_netlist(netlist),
       m_state(state),
       m_view(view),
-      m_tokens(text, *state.tokens),
+      m_limits(state.model.limits),
+      m_tokens(text, *state.tokens, m_limits),
       m_place(
           path, this,
           [](const void* reader) { return static_cast<const EdifReader*>(reader)->position(); }),
@@ -56,8 +56,7 @@ EdifReader::~EdifReader() {
 void EdifReader::read() {
   m_tokens.lex();
   m_lexing = false;
-  m_budget = ObjectBudget(
-      std::min(limits::objects, limits::objectsBase + limits::objectsPerWord * m_tokens.size()));
+  m_budget = ObjectBudget(m_limits, m_tokens.size());
   m_state.budget = &m_budget;
   m_state.model.firstPassing = m_state.model.bits.nextPlace();
   parse_expr();
@@ -89,8 +88,7 @@ Module& EdifReader::front() const {
 // A cell is read again for each of its instances, so that what little stands in a file can ask for
 // far more work than it makes objects.
 void EdifReader::check_work() const {
-  if (m_taken >
-      limits::wordsBase + 4 * m_tokens.size() + limits::wordsPerObject * m_budget.made()) {
+  if (m_taken > Limits::workBase + 4 * m_tokens.size() + m_limits.workPerObject * m_budget.made()) {
     fatalHere("The cells hold too much beside the %llu objects they make.",
               static_cast<unsigned long long>(m_budget.made()));
   }
@@ -120,8 +118,9 @@ EdifReader::ExprResult EdifReader::parse_expr() {
   }
   const std::uint32_t keyword = take();
   if (keyword == token::Close) return {};
-  if (++m_depth > limits::elaborationNesting) {
-    fatalHere("Lists and instances are nested more than %u deep.", limits::elaborationNesting);
+  if (++m_depth > m_limits.elaborationNesting) {
+    fatalHere("Lists and instances are nested more than %llu deep.",
+              static_cast<unsigned long long>(m_limits.elaborationNesting));
   }
   m_deepest = std::max(m_deepest, m_depth);
   ExprResult result = parse_form(keyword);
@@ -223,10 +222,10 @@ EdifReader::ExprResult EdifReader::parse_array() {
   const ExprResult name = parse_expr();
   require_label(name, "array");
   const std::int64_t width = parse_number().number;
-  if (width < 1 || width > limits::signalWidth) {
-    fatalHere("The array %s has a width of %lld; 1 to %u is possible.",
+  if (width < 1 || static_cast<std::uint64_t>(width) > m_limits.signalWidth) {
+    fatalHere("The array %s has a width of %lld; 1 to %llu is possible.",
               m_state.word(name.first)->c_str(), static_cast<long long>(width),
-              limits::signalWidth);
+              static_cast<unsigned long long>(m_limits.signalWidth));
   }
   skip_body();
   ExprResult result{EXPR_SIGNAL};
@@ -296,7 +295,7 @@ void EdifReader::elaborate_cell(std::uint32_t cell) {
 bool EdifReader::copy_ports(const CellRecord& record) {
   if (!record.ports || !record.ports->fits(m_state, m_view, front())) return false;
   const CellTemplate::Cost& cost = record.ports->cost();
-  if (m_depth + cost.nesting > limits::elaborationNesting) return false;
+  if (m_depth + cost.nesting > m_limits.elaborationNesting) return false;
   spend(cost.words);
   record.ports->copyTo(m_state, m_view, front(), m_ranges);
   return true;
@@ -351,15 +350,16 @@ Module* EdifReader::push_module(const ExprResult& name) {
   if (name.kind != EXPR_LABEL) {
     fatal("Illegal design or instance name. Got type: %d .\n", static_cast<int>(name.kind));
   }
-  if (m_modules.size() > limits::moduleNesting) {
-    fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
+  if (m_modules.size() > m_limits.moduleNesting) {
+    fatalHere("Modules are nested more than %llu deep.",
+              static_cast<unsigned long long>(m_limits.moduleNesting));
   }
-  m_budget.count(1);
+  m_budget.countInstance();
   auto* module = new Module(printable(name.second), m_state.model.names.empty(), name.first);
   const std::uint64_t paths = m_state.model.pathBytes;
   front().addChild(module);
   m_path_bytes += m_state.model.pathBytes - paths;
-  if (m_path_bytes > limits::pathBytesBase + limits::pathBytesPerObject * m_budget.made()) {
+  if (m_path_bytes > Limits::pathBytesBase + m_limits.pathBytesPerObject * m_budget.made()) {
     fatalHere("The paths of the modules take up more than %llu bytes.",
               static_cast<unsigned long long>(m_path_bytes));
   }
@@ -438,7 +438,7 @@ bool EdifReader::is_plain_portref(std::size_t at, PlainPort& port) const {
 void EdifReader::look_ahead() {
   m_plain_taken = 0;
   m_plain_count = 0;
-  if (m_depth + 2 > limits::elaborationNesting) return;
+  if (m_depth + 2 > m_limits.elaborationNesting) return;
   const Module& around = front();
   for (std::size_t at = m_cursor; m_plain_count < m_plain.size(); ++m_plain_count) {
     PlainPort& port = m_plain[m_plain_count];

@@ -22,18 +22,35 @@ struct InstanceGroup {
 };
 using InstanceIndex = std::map<std::string_view, InstanceGroup>;
 
-/// Counts the modules, signals and bits that a netlist expands to, before they are made.
+/// Counts the modules, signals and bits of a view before they are made. More than the limits allow
+/// is fatal.
 class ObjectBudget {
  public:
-  explicit ObjectBudget(std::uint64_t most) : m_most(most) {}
-  /// More than the budget is fatal.
-  void count(std::uint64_t objects);
+  ObjectBudget() = default;
+  explicit ObjectBudget(const Limits& limits);
+  /// The same for cells that a netlist of so many words holds.
+  ObjectBudget(const Limits& limits, std::uint64_t words);
+
+  void count(std::uint64_t objects) {
+    m_made += objects;
+    if (m_made > m_most) refuseObjects();
+  }
+  void countInstance() {
+    if (++m_instances > m_most_instances) refuseInstances();
+    count(1);
+  }
   std::uint64_t made() const { return m_made; }
   std::uint64_t left() const { return m_most - m_made; }
 
  private:
-  std::uint64_t m_most;
+  [[noreturn]] void refuseObjects() const;
+  [[noreturn]] void refuseInstances() const;
+
+  std::uint64_t m_most = 0;
+  std::uint64_t m_most_instances = 0;
+  std::uint64_t m_words = 0;  // whose number is what bounds the objects, or 0
   std::uint64_t m_made = 0;
+  std::uint64_t m_instances = 0;
 };
 
 class RegisterPairs;

@@ -5,7 +5,6 @@
 #include <crossreference/Utils.h>
 #include <crossreference/XrfRecords.h>
 #include <support/FileLines.h>
-#include <support/Limits.h>
 #include <support/Report.h>
 #include <support/Scan.h>
 
@@ -61,6 +60,7 @@ class XrfReader {
   void closeAll();
   void declareBits(std::uint32_t count);
   void declareNets(std::uint32_t count);
+  bool mayDeclare(std::uint64_t sum) const;
   void checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const;
   Module& front() const;
   void settleNets();
@@ -73,6 +73,7 @@ class XrfReader {
   SignalRecord m_signal;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
+  std::array<ObjectBudget, 2> m_budget;  // of each view; the file's bits may all be of either
   std::uint64_t m_path_bytes = 0;
   std::uint64_t m_declared_bits = 0;
   std::uint64_t m_declared_nets = 0;
@@ -104,7 +105,10 @@ int Netlist::parse_xrf(std::string path) {
 
 XrfReader::XrfReader(Netlist& netlist, NetlistState& state, const std::string& path,
                      std::string_view text)
-    : m_netlist(netlist), m_state(state), m_lines(path, text, "Reading cross-reference") {}
+    : m_netlist(netlist),
+      m_state(state),
+      m_lines(path, text, "Reading cross-reference"),
+      m_budget{ObjectBudget(state.model.limits), ObjectBudget(state.model.limits)} {}
 
 void XrfReader::read() {
   while (m_lines.next()) {
@@ -212,9 +216,10 @@ void XrfReader::checkSignal(std::string_view line) {
   if (record.fields == 8 && record.lsb != record.msb) {
     fatal("Illegal signal: %s\n", std::string(line).c_str());
   }
-  if (record.msb - record.lsb >= limits::signalWidth && record.msb >= record.lsb) {
-    fatalHere("Signal %s from %u to %u is wider than %u bits.", std::string(record.name).c_str(),
-              record.lsb, record.msb, limits::signalWidth);
+  const Limits& limits = m_state.model.limits;
+  if (record.msb >= record.lsb && record.msb - record.lsb >= limits.signalWidth) {
+    fatalHere("Signal %s from %u to %u is wider than %llu bits.", std::string(record.name).c_str(),
+              record.lsb, record.msb, static_cast<unsigned long long>(limits.signalWidth));
   }
   if (record.msb >= record.lsb) {
     checkDeclared(m_declared_indices, std::uint64_t{record.msb} - record.lsb + 1, "indices");
@@ -227,6 +232,7 @@ void XrfReader::checkSignal(std::string_view line) {
 bool XrfReader::parse_signal(std::string_view line) {
   if (!m_signal.scan(line)) return false;
   checkSignal(line);
+  m_budget.at(m_view).count(1);
   const SignalRecord& record = m_signal;
   Module& module = front();
   ModelState& model = m_state.model;
@@ -339,7 +345,8 @@ bool XrfReader::copyLeaf(Module& module) {
 
 // Whether nets and bits were declared. They are all over memory, and are asked for by the way.
 bool XrfReader::areThere(const std::vector<LeafText::Place>& places) const {
-  if (m_declared_indices + places.size() > limits::declaredBase + m_lines.size()) return false;
+  if (!mayDeclare(m_declared_indices + places.size())) return false;
+  if (m_budget.at(m_view).left() < places.size()) return false;
   for (const LeafText::Place& place : places) {
     if (place.net >= m_nets.size() || place.bit >= m_bits.size()) return false;
     if (m_bits[place.bit] == nullptr) return false;
@@ -370,6 +377,7 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
     join(*signal, *m_nets[m_places[at].net]);
   }
   m_declared_indices += count;
+  m_budget.at(m_view).count(count);
   members::shareNumbers(set, leaf.ids());
 }
 
@@ -391,9 +399,12 @@ bool XrfReader::parse_module(std::string_view line) {
   ModuleRecord record;
   if (!record.scan(line)) return false;
   Module& parent = front();
-  if (m_modules.size() > limits::moduleNesting) {
-    fatalHere("Modules are nested more than %u deep.", limits::moduleNesting);
+  const Limits& limits = m_state.model.limits;
+  if (m_modules.size() > limits.moduleNesting) {
+    fatalHere("Modules are nested more than %llu deep.",
+              static_cast<unsigned long long>(limits.moduleNesting));
   }
+  m_budget.at(m_view).countInstance();
   const std::uint64_t before = m_state.model.pathBytes;
   NamePool& names = m_state.model.names;
   auto* module = new Module(names.intern(record.name), names.intern(record.definition), record.id);
@@ -401,7 +412,8 @@ bool XrfReader::parse_module(std::string_view line) {
   // Parentheses do not count here: a module with anything to list closes on a later line.
   parent.addChild(module);
   m_path_bytes += m_state.model.pathBytes - before;
-  if (m_path_bytes > limits::pathBytesBase + limits::pathBytesPerByte * m_lines.size()) {
+  const std::uint64_t objects = m_declared_bits + m_budget[RTL].made() + m_budget[SYNTH].made();
+  if (m_path_bytes > Limits::pathBytesBase + limits.pathBytesPerObject * objects) {
     fatalHere("The paths of the modules take up more than %llu bytes.",
               static_cast<unsigned long long>(m_path_bytes));
   }
@@ -458,9 +470,14 @@ bool XrfReader::parse_header(std::string_view line) {
 }
 
 // Every bit and net of a written file takes up more than a byte of it.
+bool XrfReader::mayDeclare(std::uint64_t sum) const {
+  constexpr std::uint64_t smallFile = 1U << 20;
+  return sum <= smallFile + m_lines.size();
+}
+
 void XrfReader::checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const {
   sum += count;
-  if (sum > limits::declaredBase + m_lines.size()) {
+  if (!mayDeclare(sum)) {
     fatalHere("The file declares %llu %s, more than it can hold.",
               static_cast<unsigned long long>(sum), what);
   }
@@ -468,6 +485,7 @@ void XrfReader::checkDeclared(std::uint64_t& sum, std::uint64_t count, const cha
 
 void XrfReader::declareBits(std::uint32_t count) {
   checkDeclared(m_declared_bits, count, "bits");
+  for (ObjectBudget& budget : m_budget) budget.count(count);
   m_bits.resize(count);
 }
 

@@ -10,6 +10,10 @@ namespace XRF_RTL2LL {
 
 namespace {
 
+constexpr std::int64_t highestIndex = Limits().signalIndex;
+// No hierarchy is deeper, and what a name with more levels may be called would fill memory.
+constexpr std::size_t mostLevels = Limits().moduleNesting;
+
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }
 
 bool isNumber(std::string_view text) {
@@ -19,7 +23,7 @@ bool isNumber(std::string_view text) {
 // A decimal number that can be an index.
 bool toIndex(std::string_view text, std::uint32_t& index) {
   std::int64_t number = 0;
-  if (!isNumber(text) || !Scan(text).integer(number) || number > limits::signalIndex) return false;
+  if (!isNumber(text) || !Scan(text).integer(number) || number > highestIndex) return false;
   index = static_cast<std::uint32_t>(number);
   return true;
 }
@@ -264,8 +268,8 @@ LevelChanges::LevelChanges(std::string_view name) : m_name(name), m_flat(name) {
 
 bool LevelChanges::next() {
   if (m_next == Next::Clean) {
-    // No hierarchy is deeper, and the changes of a longer name would fill memory.
-    const bool tooDeep = std::count(m_name.begin(), m_name.end(), '/') > limits::moduleNesting;
+    const bool tooDeep =
+        static_cast<std::size_t>(std::count(m_name.begin(), m_name.end(), '/')) > mostLevels;
     m_next = tooDeep ? Next::None : Next::Join;
     m_current = {withCleanLevels(m_name), {}};
     if (m_current.name != m_name) return true;
@@ -309,8 +313,7 @@ std::vector<PartitionedName> partitionedNames(std::string_view name) {
   const std::string clean = cleaned(name);
   std::vector<PartitionedName> names{{withoutColons(clean), {}}};
   std::size_t start = 0;
-  for (std::size_t length = partitionLength(clean);
-       length > 0 && names.size() <= limits::moduleNesting;
+  for (std::size_t length = partitionLength(clean); length > 0 && names.size() <= mostLevels;
        length = partitionLength(std::string_view(clean).substr(start))) {
     start += length;
     names.push_back(

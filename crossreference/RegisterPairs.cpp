@@ -4,7 +4,6 @@
 #include <crossreference/RegisterPlaces.h>
 #include <crossreference/RegisterTies.h>
 #include <crossreference/SignalIndex.h>
-#include <support/Limits.h>
 
 #include <algorithm>
 #include <cstring>
@@ -151,11 +150,11 @@ void RegisterPairs::matchFlattened() {
   for (Signal* synth : tiedSignals(m_state, SYNTH)) {
     const std::string name = belowTop(m_state, synth->getFullName(), SYNTH);
     const auto [first, last] = missing.equal_range(joinedLevels(name));
-    std::size_t left = limits::flattenedNames;
+    // As many registers of one name once joined are told from one another.
+    std::size_t left = 64;
     for (auto found = first; found != last && left > 0; ++found, --left) {
       if (isJoined(found->second.name, name)) claims[found->second.number].push_back(synth);
     }
-    // So many registers of one name once joined can't be told from one another.
     if (left == 0) crowded.insert(synth);
   }
   settleFlattened(claims, taken, crowded);

@@ -1,7 +1,6 @@
 #include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
 #include <crossreference/Signal.h>
-#include <support/Limits.h>
 #include <support/Report.h>
 
 #include <algorithm>
@@ -13,19 +12,19 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-void checkRange(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
-  if (msb > limits::signalIndex || lsb > limits::signalIndex) {
-    fatalHere("Index %llu of signal %s is above the highest index, %u.",
+void checkRange(const Limits& limits, const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
+  if (msb > limits.signalIndex || lsb > limits.signalIndex) {
+    fatalHere("Index %llu of signal %s is above the highest index, %llu.",
               static_cast<unsigned long long>(std::max(lsb, msb)), signal.getName(),
-              limits::signalIndex);
+              static_cast<unsigned long long>(limits.signalIndex));
   }
 }
 
-void checkWidth(const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
-  if (msb >= lsb && msb - lsb >= limits::signalWidth) {
-    fatalHere("Signal %s from %llu to %llu is wider than %u bits.", signal.getName(),
+void checkWidth(const Limits& limits, const Signal& signal, std::uint64_t lsb, std::uint64_t msb) {
+  if (msb >= lsb && msb - lsb >= limits.signalWidth) {
+    fatalHere("Signal %s from %llu to %llu is wider than %llu bits.", signal.getName(),
               static_cast<unsigned long long>(lsb), static_cast<unsigned long long>(msb),
-              limits::signalWidth);
+              static_cast<unsigned long long>(limits.signalWidth));
   }
 }
 
@@ -82,9 +81,9 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
 }
 
 void Signal::enter(ModelState& model, bool noBits) {
-  checkRange(*this, m_lsb, m_msb);
+  checkRange(model.limits, *this, m_lsb, m_msb);
   if (!noBits && m_lsb <= m_msb) {
-    checkWidth(*this, m_lsb, m_msb);
+    checkWidth(model.limits, *this, m_lsb, m_msb);
     cover(model, m_lsb, m_msb);
     for (std::uint32_t index = m_lsb; index <= m_msb; ++index) addBit(model, index);
   }
@@ -303,9 +302,9 @@ std::string Signal::getSignature() const {
 }
 
 void Signal::expand(unsigned int lsb, unsigned int msb) {
-  checkRange(*this, lsb, msb);
-  checkWidth(*this, std::min(lsb, m_lsb), std::max(msb, m_msb));
   ModelState& model = ModelState::current();
+  checkRange(model.limits, *this, lsb, msb);
+  checkWidth(model.limits, *this, std::min(lsb, m_lsb), std::max(msb, m_msb));
   if (msb > m_msb) {
     cover(model, m_msb + 1, msb);
     for (std::uint32_t index = m_msb + 1; index <= msb; ++index) addBit(model, index);

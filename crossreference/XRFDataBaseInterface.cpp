@@ -1,6 +1,8 @@
 #include <crossreference/ReservedWords.h>
 #include <crossreference/XRFDataBaseInterface.h>
 #include <hpi/HPICommonUtils.h>
+#include <lmx60/Source.h>
+#include <lmx60/XmlReader.h>
 #include <ocl/src/shared/schemas/HPIMovrelXmlReaderWriterLMX.h>
 
 #include <algorithm>
@@ -76,16 +78,23 @@ std::optional<std::string> controllingInstance(const Movrel::Core& core) {
 }  // namespace
 
 HardwareEmulationMap::HardwareEmulationMap(std::string mappingFile)
+    : HardwareEmulationMap(std::move(mappingFile), {}) {}
+
+HardwareEmulationMap::HardwareEmulationMap(std::string mappingFile,
+                                           const XRF_RTL2LL::Limits& limits)
     : m_mappingFile(std::move(mappingFile)) {
-  analyzeMappingFile();
+  analyzeMappingFile(limits);
 }
 
-void HardwareEmulationMap::analyzeMappingFile() {
+void HardwareEmulationMap::analyzeMappingFile(const XRF_RTL2LL::Limits& limits) {
   try {
     // A document that cannot be read leaves the map empty, so its code does not matter; but want of
     // memory is no property of the document.
+    lmx60::c_read_file source(m_mappingFile.c_str());
+    lmx60::c_xml_reader reader(source);
+    reader.set_limits(limits);
     lmx60::elmx_error error = lmx60::ELMX_OK;
-    const Movrel::Project project(m_mappingFile.c_str(), &error);
+    const Movrel::Project project(reader, &error);
     if (error == lmx60::ELMX_NO_MEMORY) throw std::bad_alloc();
     if (const Movrel::Core* core = coreOf(project)) analyzeCore(*core);
   } catch (...) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <support/Api.h>
+#include <support/Limits.h>
 
 #include <map>
 #include <string>
@@ -72,6 +73,8 @@ class XRF_API HardwareEmulationMap final : public AccessDatabase {
   /// Reads the document. Raises std::runtime_error, "Failed to parse file " and the file's name,
   /// for any exception met on the way.
   explicit HardwareEmulationMap(std::string mappingFile);
+  /// The same for a document that may ask for what these limits allow.
+  HardwareEmulationMap(std::string mappingFile, const XRF_RTL2LL::Limits& limits);
 
   std::string breakFunctionStart(std::string kernel, int computeUnit) override;
   std::string breakFunctionEnd(std::string kernel, int computeUnit) override;
@@ -94,7 +97,7 @@ class XRF_API HardwareEmulationMap final : public AccessDatabase {
   static ControllingConnection controllingConnection(const Movrel::Project& project);
 
  private:
-  void analyzeMappingFile();
+  void analyzeMappingFile(const XRF_RTL2LL::Limits& limits);
   void analyzeCore(const Movrel::Core& core);
   void analyzeKernel(const Movrel::Core& core, const Movrel::Kernel& kernel);
 

@@ -15,3 +15,4 @@
 #include <crossreference/Types.h>
 #include <crossreference/Utils.h>
 #include <support/Handlers.h>
+#include <support/Limits.h>

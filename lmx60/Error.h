@@ -17,6 +17,7 @@ enum elmx_error : int {
   ELMX_EXTERNAL_ENTITY = 4,   ///< the document refers to another file; none is ever fetched
   ELMX_HOSTILE_ENTITIES = 5,  ///< entities are too many, or expand to too much
   ELMX_NO_MEMORY = 6,
+  ELMX_TOO_DEEP = 14,  ///< elements are nested deeper than the reader's limits allow
 
   // Files and streams
   ELMX_CANNOT_OPEN = 7,

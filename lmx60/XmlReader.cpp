@@ -37,6 +37,8 @@ c_xml_reader::~c_xml_reader() = default;
 
 void c_xml_reader::set_error_handler(error_handler handler) { m_handler = std::move(handler); }
 
+void c_xml_reader::set_limits(const XRF_RTL2LL::Limits& limits) { m_tokeniser->set_limits(limits); }
+
 std::string c_xml_reader::element_name() const {
   if (m_tokeniser->kind() == c_xml_tokeniser::start)
     return std::string(m_tokeniser->name().local());

@@ -8,6 +8,7 @@
 #include <lmx60/UnmarshalHelper.h>
 #include <lmx60/Validation.h>
 #include <support/Api.h>
+#include <support/Limits.h>
 
 #include <cstdint>
 #include <functional>
@@ -33,7 +34,7 @@ class c_xml_tokeniser;
 ///
 /// Without a handler the first error ends reading and warnings pass. A handler sees each fault;
 /// what it returns, unless zero, ends reading and is its result. A document that is not
-/// well-formed ends reading in any case. Elements may nest to any depth: those that are open stand
+/// well-formed, or goes beyond the limits, ends reading in any case. Elements that are open stand
 /// on a stack of the reader, not on the thread's.
 ///
 /// A reader reads one document, once. The source has to outlive it.
@@ -47,6 +48,8 @@ class XRF_API c_xml_reader {
   ~c_xml_reader();
 
   void set_error_handler(error_handler handler);
+  /// What the document may ask for. Set before it is read.
+  void set_limits(const XRF_RTL2LL::Limits& limits);
   /// The fault that ended reading; its code is 0 when none did.
   const s_debug_error& debug_error() const { return m_fault; }
   /// How many faults were tolerated.

@@ -1,5 +1,4 @@
 #include <lmx60/XmlTokeniser.h>
-#include <support/Limits.h>
 
 #include <algorithm>
 #include <cstring>
@@ -10,7 +9,12 @@ namespace lmx60 {
 
 namespace {
 
-namespace limits = XRF_RTL2LL::limits;
+using XRF_RTL2LL::Limits;
+
+// Bytes of a document that are taken in at once, and the most where a single tag or comment is
+// longer than that.
+constexpr std::size_t usualPiece = std::size_t{1} << 16;
+constexpr std::size_t longestPiece = std::size_t{1} << 26;
 
 // Stands between namespace and local name; no name can contain it.
 constexpr XML_Char separator = '\n';
@@ -43,8 +47,8 @@ elmx_error code_of(XML_Error error) {
 c_xml_tokeniser::c_xml_tokeniser(c_read& source)
     : m_source(source),
       m_parser(XML_ParserCreateNS(nullptr, separator)),
-      m_piece(limits::xmlPiece),
-      m_most(limits::expandedBytes) {
+      m_piece(usualPiece),
+      m_most(Limits::xmlExpansionBase) {
   if (!m_parser) throw std::bad_alloc();
   set_handlers();
 }
@@ -80,6 +84,10 @@ void c_xml_tokeniser::set_handlers() {
 
 void c_xml_tokeniser::on_start(const XML_Char* name, const XML_Char** attributes) {
   m_started = true;
+  if (++m_depth > m_limits.xmlDepth) {
+    return stop(ELMX_TOO_DEEP,
+                "elements are nested more than " + std::to_string(m_limits.xmlDepth) + " deep");
+  }
   const std::size_t first = m_attributes.size();
   const s_text kept = keep(name);
   for (; *attributes != nullptr; attributes += 2) {
@@ -93,6 +101,7 @@ void c_xml_tokeniser::on_start(const XML_Char* name, const XML_Char** attributes
 }
 
 void c_xml_tokeniser::on_end(const XML_Char*) {
+  --m_depth;
   m_events.push_back({end,
                       {},
                       0,
@@ -116,8 +125,9 @@ void c_xml_tokeniser::on_text(const XML_Char* characters, int length) {
 }
 
 void c_xml_tokeniser::on_entity() {
-  if (++m_entities > limits::entityDeclarations) {
-    stop(ELMX_HOSTILE_ENTITIES, "the document declares more entities than any tool writes");
+  if (++m_entities > m_limits.xmlEntities) {
+    stop(ELMX_HOSTILE_ENTITIES,
+         "the document declares more than " + std::to_string(m_limits.xmlEntities) + " entities");
   }
 }
 
@@ -130,8 +140,10 @@ int c_xml_tokeniser::refuse_external(XML_Parser, const XML_Char*, const XML_Char
 void c_xml_tokeniser::check_expansion() {
   m_given += m_bytes.size() - m_checked;
   m_checked = m_bytes.size();
-  if (m_given > m_most)
-    stop(ELMX_HOSTILE_ENTITIES, "the document expands to far more than its size");
+  if (m_given > m_most) {
+    stop(ELMX_HOSTILE_ENTITIES, "the document expands to more than " +
+                                    std::to_string(m_limits.xmlExpansion) + " times its size");
+  }
 }
 
 c_xml_tokeniser::s_text c_xml_tokeniser::keep(std::string_view bytes) {
@@ -174,12 +186,12 @@ void c_xml_tokeniser::refill() {
   const std::size_t count = take(static_cast<char*>(place));
   if (count == 0 && m_source_error != ELMX_OK) return fail(m_source_error, m_source.problem());
   m_ended = count == 0;
-  m_most += limits::expansion * count;
+  m_most += m_limits.xmlExpansion * count;
   if (XML_ParseBuffer(m_parser.get(), static_cast<int>(count), count == 0) != XML_STATUS_OK) {
     fail();
   }
   // Expat scans an unfinished token anew with each piece: doubling keeps that linear.
-  m_piece = m_events.empty() ? std::min(m_piece * 2, limits::xmlLongestPiece) : limits::xmlPiece;
+  m_piece = m_events.empty() ? std::min(m_piece * 2, longestPiece) : usualPiece;
 }
 
 // Fills the piece, however little the source gives at a time.
@@ -214,9 +226,9 @@ void c_xml_tokeniser::fail(elmx_error error, std::string message) {
   m_message = std::move(message);
 }
 
-void c_xml_tokeniser::stop(elmx_error error, const char* message) {
+void c_xml_tokeniser::stop(elmx_error error, std::string message) {
   m_error = error;
-  m_message = message;
+  m_message = std::move(message);
   XML_StopParser(m_parser.get(), XML_FALSE);
 }
 

@@ -3,6 +3,7 @@
 #include <lmx60/CrackedName.h>
 #include <lmx60/Error.h>
 #include <lmx60/Source.h>
+#include <support/Limits.h>
 
 #include <cstdint>
 #include <expat.h>
@@ -25,6 +26,9 @@ class c_xml_tokeniser {
   enum e_kind { start, end, text, finished, failed };
 
   explicit c_xml_tokeniser(c_read& source);
+
+  /// What the document may ask for; set before its first event.
+  void set_limits(const XRF_RTL2LL::Limits& limits) { m_limits = limits.possible(); }
 
   /// Steps to the next event. `finished` and `failed` stay.
   e_kind next();
@@ -89,7 +93,7 @@ class c_xml_tokeniser {
   std::size_t take(char* place);
   void fail();
   void fail(elmx_error error, std::string message);
-  void stop(elmx_error error, const char* message);
+  void stop(elmx_error error, std::string message);
 
   const s_attribute& attribute(std::size_t index) const {
     return m_attributes[event().attributes + index];
@@ -101,12 +105,14 @@ class c_xml_tokeniser {
   void check_expansion();
 
   c_read& m_source;
+  XRF_RTL2LL::Limits m_limits;
   std::unique_ptr<XML_ParserStruct, s_free> m_parser;
   std::size_t m_piece;
   std::uint64_t m_given = 0;  // bytes of names, values and texts
   std::uint64_t m_most;       // that the document so far may come to
   std::size_t m_checked = 0;  // of m_bytes
-  unsigned m_entities = 0;
+  std::uint64_t m_entities = 0;
+  std::uint64_t m_depth = 0;
   bool m_started = false;  // the root was seen
   bool m_ended = false;    // nothing is left to feed
   bool m_source_ended = false;

@@ -1,5 +1,4 @@
 #include <lmx60/XmlWriter.h>
-#include <support/Limits.h>
 
 #include <algorithm>
 #include <array>
@@ -127,7 +126,10 @@ void c_xml_writer::conditionally_select_ns_map(const s_ns_map& map) {
 
 void c_xml_writer::put_line() {
   put("\n");
-  m_buffer.append(2 * std::min(m_open.size(), XRF_RTL2LL::limits::indentedLevels), ' ');
+  // Elements nested deeper stand no further right, so that what is written grows with their number
+  // alone.
+  constexpr std::size_t indentedLevels = 32;
+  m_buffer.append(2 * std::min(m_open.size(), indentedLevels), ' ');
 }
 
 void c_xml_writer::close_start_tag() {

@@ -45,7 +45,7 @@ class Help:
     def _read(self, lines):
         part = self.text
         for line in lines:
-            heading = re.fullmatch(r"(Positionals|Options|Subcommands):", line)
+            heading = re.fullmatch(r"(Positionals|Options|Limits|Subcommands):", line)
             if line.startswith("Usage: "):
                 self.usage = line.removeprefix("Usage: ")
             elif heading:
@@ -94,6 +94,7 @@ def page(command, version, subcommand):
         section("SUBCOMMANDS", tagged(subcommands)),
         section("ARGUMENTS", tagged(information.lists.get("Positionals", []))),
         section("OPTIONS", tagged(information.lists["Options"])),
+        section("LIMITS", tagged(information.lists.get("Limits", []))),
         section("EXIT STATUS", tagged(STATUS)),
         section("ENVIRONMENT", tagged(ENVIRONMENT)),
         section("EXAMPLES", ".nf\n" + "".join(escaped(line.strip()) + "\n"

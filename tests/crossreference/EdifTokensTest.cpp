@@ -103,7 +103,7 @@ class PlainLexer {
 
   void finish(char kind, std::size_t from, std::size_t start) {
     const std::string_view text = m_text.substr(start, m_at - start);
-    if (text.size() > limits::wordLength) return fail(State::WordTooLong);
+    if (text.size() > Limits().wordLength) return fail(State::WordTooLong);
     if (!text.empty()) m_outcome.add(kind, text.substr(0, text.find('\0')), from);
   }
 
@@ -247,7 +247,7 @@ TEST(EdifLexerPieces, IllegalBytesAtEveryPlace) {
 }
 
 TEST(EdifLexerPieces, LongestWord) {
-  const std::string longest(limits::wordLength, 'w');
+  const std::string longest(Limits().wordLength, 'w');
   for (const std::string& text :
        {longest + " ", longest + "w ", "\"" + longest + "\"", "\"" + longest + "w\" ",
         longest + "ww", longest + "w(", "&" + longest + " "}) {

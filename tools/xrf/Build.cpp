@@ -2,6 +2,7 @@
 #include <tools/xrf/AtomicOutput.h>
 #include <tools/xrf/BuildReport.h>
 #include <tools/xrf/InputCheck.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/StrictTraps.h>
@@ -153,6 +154,7 @@ Status build(Session& session, const BuildOptions& options) {
     throw UsageFailure("--json needs standard output for its document; write to a file");
   }
   Design design(options.matching);
+  design.setLimits(session.options.limits);
   readDesign(design, options, session.console);
   readDeviceFiles(design, options, session.console);
   const BuildReport report = reportOf(design, options);
@@ -209,6 +211,7 @@ void addBuild(CLI::App& app, Session& session) {
   const auto options = std::make_shared<BuildOptions>();
   addOptions(*subcommand, *options);
   addCommonOptions(*subcommand, session, footer);
+  addLimitOptions(*subcommand, session, Reads::Netlists);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return build(current, *options); };
   });

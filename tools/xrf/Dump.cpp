@@ -1,5 +1,6 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/Json.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -40,7 +41,7 @@ void writeModel(std::ostream& out, const XRF_RTL2LL::Netlist& netlist) {
 }
 
 Status dump(Session& session, const std::string& file) {
-  const auto design = loaded(file, session.console);
+  const auto design = loaded(file, session);
   if (session.options.json) {
     std::ostringstream text;
     writeModel(text, *design->getNetlist());
@@ -68,6 +69,7 @@ void addDump(CLI::App& app, Session& session) {
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Cross-reference file (.xrf)")->required()->type_name("");
   addCommonOptions(*subcommand, session, footer);
+  addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return dump(current, *file); };
   });

@@ -1,6 +1,7 @@
 #include <crossreference/XRFDataBaseInterface.h>
 #include <hpi/HPICommonUtils.h>
 #include <tools/xrf/Csv.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -24,8 +25,8 @@ struct EmuOptions {
 
 // The map reads in silence, and never comes back from some documents; so the document is looked at
 // before.
-void requireMappable(const std::string& file) {
-  const MetadataDocument document = readMetadata(file);
+void requireMappable(const std::string& file, const XRF_RTL2LL::Limits& limits) {
+  const MetadataDocument document = readMetadata(file, limits);
   if (const lmx60::s_debug_error* error = document.firstError()) throw failureOf(*error, file);
   switch (HardwareEmulationMap::controllingConnection(document.project)) {
     case ControllingConnection::NotSought:
@@ -100,9 +101,9 @@ void printKernel(HardwareEmulationMap& map, const std::string& kernel, bool colo
 }
 
 Status emu(Session& session, const EmuOptions& options) {
-  requireMappable(options.file);
+  requireMappable(options.file, session.options.limits);
   HPICommonUtils::setBDDesignName(options.design);
-  HardwareEmulationMap map(options.file);
+  HardwareEmulationMap map(options.file, session.options.limits);
   if (session.options.json) {
     printJson(options.file, map);
     return Status::Done;
@@ -141,6 +142,7 @@ void addEmu(CLI::App& app, Session& session) {
   subcommand->add_option("--bd", options->design, "Block design that holds the kernels")
       ->type_name("NAME");
   addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addLimitOptions(*subcommand, session, Reads::Metadata);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return emu(current, *options); };
   });

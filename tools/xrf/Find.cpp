@@ -1,5 +1,6 @@
 #include <tools/xrf/BitColumns.h>
 #include <tools/xrf/Csv.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/NameList.h>
 #include <tools/xrf/Search.h>
@@ -211,7 +212,7 @@ std::vector<std::string> namesOf(const FindOptions& options) {
 
 Status find(Session& session, const FindOptions& options) {
   const std::vector<std::string> names = namesOf(options);
-  const auto design = loaded(options.file, session.console);
+  const auto design = loaded(options.file, session);
   SearchOptions what{{XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}, options.hidden, options.regex};
   if (options.view) what.views = {*options.view};
   SearchResult result = search(*design, names, what);
@@ -279,6 +280,7 @@ void addFind(CLI::App& app, Session& session) {
   subcommand->add_flag("--located", options->located, "Show only bits that have a place");
   subcommand->add_flag("--unlocated", options->unlocated, "Show only bits that have none");
   addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return find(current, *options); };
   });

@@ -1,6 +1,7 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/CoverageReport.h>
 #include <tools/xrf/Csv.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/ModelCounts.h>
 #include <tools/xrf/StandardOutput.h>
@@ -61,7 +62,7 @@ void printCsv(const InfoReport& report) {
 }
 
 Status info(Session& session, const std::string& file) {
-  const auto design = loaded(file, session.console);
+  const auto design = loaded(file, session);
   const InfoReport report{DesignCounts(*design->getNetlist()), countAllBits(),
                           XRF_RTL2LL::Net::getAllNets().size(), design->coverage()};
   if (session.options.json) {
@@ -91,6 +92,7 @@ void addInfo(CLI::App& app, Session& session) {
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Cross-reference file (.xrf)")->required()->type_name("");
   addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return info(current, *file); };
   });

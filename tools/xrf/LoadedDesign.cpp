@@ -15,9 +15,10 @@ void load(XRF_RTL2LL::Design& design, const std::string& path, Console& console)
   throw Failure("holds no design; is it a cross-reference file?", path);
 }
 
-std::unique_ptr<XRF_RTL2LL::Design> loaded(const std::string& path, Console& console) {
+std::unique_ptr<XRF_RTL2LL::Design> loaded(const std::string& path, Session& session) {
   auto design = std::make_unique<XRF_RTL2LL::Design>(XRF_RTL2LL::Matching::Extended);
-  load(*design, path, console);
+  design->setLimits(session.options.limits);
+  load(*design, path, session.console);
   return design;
 }
 

@@ -1,4 +1,5 @@
 #include <tools/xrf/AtomicOutput.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -56,7 +57,7 @@ void printText(const std::string& file, const MetadataDocument& document, bool q
 }
 
 Status check(Session& session, const std::string& file) {
-  const MetadataDocument document = readMetadata(file);
+  const MetadataDocument document = readMetadata(file, session.options.limits);
   if (session.options.json) {
     printJson(file, document);
   } else {
@@ -94,7 +95,7 @@ Status format(Session& session, const FormatOptions& options) {
   if (session.options.json && goesToStandardOutput(options.output)) {
     throw UsageFailure("--json needs standard output for its document; write to a file");
   }
-  const MetadataDocument document = readMetadata(options.file);
+  const MetadataDocument document = readMetadata(options.file, session.options.limits);
   if (const s_debug_error* error = document.firstError()) throw failureOf(*error, options.file);
   if (!options.dropUnknown) requireKnown(document, options.file);
   write(document.project, options.output);
@@ -125,6 +126,7 @@ void addCheck(CLI::App& meta, Session& session) {
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Metadata document (XML)")->required()->type_name("");
   addCommonOptions(*subcommand, session, checkFooter);
+  addLimitOptions(*subcommand, session, Reads::Metadata);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return check(current, *file); };
   });
@@ -140,6 +142,7 @@ void addFormat(CLI::App& meta, Session& session) {
   subcommand->add_flag("--drop-unknown", options->dropUnknown,
                        "Leave out what the schema does not know");
   addCommonOptions(*subcommand, session, formatFooter);
+  addLimitOptions(*subcommand, session, Reads::Metadata);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return format(current, *options); };
   });

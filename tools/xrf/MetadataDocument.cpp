@@ -15,11 +15,12 @@ const lmx60::s_debug_error* MetadataDocument::firstError() const {
   return error == faults.end() ? nullptr : &*error;
 }
 
-MetadataDocument readMetadata(const std::string& file) {
+MetadataDocument readMetadata(const std::string& file, const XRF_RTL2LL::Limits& limits) {
   requireReadable(file);
   MetadataDocument document;
   lmx60::c_read_file source(file.c_str());
   lmx60::c_xml_reader reader(source);
+  reader.set_limits(limits);
   reader.set_error_handler([&](const lmx60::s_debug_error& fault) {
     document.faults.push_back(fault);
     return lmx60::ELMX_OK;

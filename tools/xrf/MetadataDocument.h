@@ -17,8 +17,8 @@ struct MetadataDocument {
   const lmx60::s_debug_error* firstError() const;
 };
 
-/// Reads a document to its end as far as its faults allow.
-MetadataDocument readMetadata(const std::string& file);
+/// Reads a document to its end as far as its faults and the limits allow.
+MetadataDocument readMetadata(const std::string& file, const XRF_RTL2LL::Limits& limits);
 
 /// A fault as a failure of the command.
 Failure failureOf(const lmx60::s_debug_error& fault, const std::string& file);

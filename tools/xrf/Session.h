@@ -1,5 +1,6 @@
 #pragma once
 
+#include <support/Limits.h>
 #include <tools/xrf/Console.h>
 #include <tools/xrf/Failure.h>
 #include <tools/xrf/Style.h>
@@ -14,13 +15,14 @@ class App;
 
 namespace xrf {
 
-/// Options that every subcommand takes.
+/// Options that every subcommand takes, and the limits, of which each takes those of its files.
 struct CommonOptions {
   bool json = false;
   std::string format;  ///< empty where it is not given
   bool csv = false;
   bool quiet = false;
   ColorMode color = ColorMode::Auto;
+  XRF_RTL2LL::Limits limits;
 };
 
 /// One run of the command: what was asked for, and where errors go.

@@ -1,5 +1,6 @@
 #include <tools/xrf/Csv.h>
 #include <tools/xrf/Json.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/ModuleWalk.h>
 #include <tools/xrf/Search.h>
@@ -99,7 +100,7 @@ void printCsv(Module* top, const TreeOptions& options) {
 }
 
 Status tree(Session& session, const TreeOptions& options) {
-  const auto design = loaded(options.file, session.console);
+  const auto design = loaded(options.file, session);
   const XRF_RTL2LL::EdifView view = options.view.value_or(XRF_RTL2LL::RTL);
   Module* top = design->getNetlist()->getTop(view);
   if (top == nullptr) {
@@ -146,6 +147,7 @@ void addTree(CLI::App& app, Session& session) {
   addViewOption(*subcommand, options->view, "The view to print: rtl (default) or synth");
   subcommand->add_flag("--hidden", options->hidden, "List hidden cells, too");
   addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return tree(current, *options); };
   });

@@ -1,6 +1,7 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/BitColumns.h>
 #include <tools/xrf/Csv.h>
+#include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
@@ -134,7 +135,7 @@ void printText(const Design& design, const Answer& answer, bool colored) {
 
 Status whatIs(Session& session, const WhatIsOptions& options) {
   const std::optional<Place> place = placeOf(options);
-  const auto design = loaded(options.file, session.console);
+  const auto design = loaded(options.file, session);
   Answer answer = place ? answerAt(*design, *place, options.slr.empty())
                         : answerOf(*design, options.frameOrName);
   if (session.options.json) {
@@ -184,6 +185,7 @@ void addWhatIs(CLI::App& app, Session& session) {
   add("OFFSET", options->offset, "Offset of the bit in the frame");
   add("SLR", options->slr, "Super logic region (default 0)");
   addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return whatIs(current, *options); };
   });
