@@ -327,8 +327,12 @@ EdifReader::ExprResult EdifReader::parse_design() {
   m_netlist.registerModule(m_view, root);
   m_modules.push_back(root);
   const ExprResult name = parse_expr();
-  m_state.top.at(m_view) = push_module(name);
+  const Module* top = m_state.top.at(m_view) = push_module(name);
   parse_body();
+  const bool undefined = top->m_def_name == nullptr || top->m_def_name->empty();
+  if (undefined && m_state.reading.has(Rule::CleanNames)) {
+    fatalHere("The design %s names no cell.", top->getName());
+  }
   finish_module();
   return {};
 }

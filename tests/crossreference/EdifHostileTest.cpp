@@ -293,6 +293,25 @@ TEST_F(EdifHostileTest, TwoInstancesOfOneIdentifier) {
   expectFatalAt(lineOf(text, "(instance (rename"));
 }
 
+TEST_F(EdifHostileTest, DesignWithoutACellIsReadStrictlyAndRefusedOtherwise) {
+  for (const std::string form : {"(design d\n)", "(design d (property part (string \"p\"))\n)"}) {
+    const std::string text = edif::netlist(edif::library("work", cell("top", input("a"))) + form);
+    const auto strict = readAlone(RTL, text);
+    ASSERT_FALSE(fatal) << fatal->text;
+    EXPECT_STREQ(strict->getTop(RTL)->getDefName(), "");
+    const test::TempFile file(text, "netlist.edf");
+    path = file.path();
+    for (const EdifView view : {RTL, SYNTH}) {
+      Model model;
+      const ModelScope scope(model);
+      Design design(Matching::Extended);
+      run([&] { view == RTL ? design.parse_rtl(path) : design.parse_synth(path); });
+      expectFatalAt(lineOf(text, form) + 1);
+      EXPECT_NE(fatal->text.find("The design d names no cell."), std::string::npos);
+    }
+  }
+}
+
 TEST_F(EdifHostileTest, DesignInsideADesign) {
   read(RTL, top("", design("inner", "FDRE")));
   expectModelOrError();

@@ -48,9 +48,15 @@ lines err 0
 run 0 build --quiet --hide-hidden --xrf hidden.xrf -o out.xrf
 has err 'the first is /top/b'
 
-# A file that names something by nothing reads back in no way; whoever writes one is told.
-printf '(edif top (status (written (program "Tarvona")))\n(design top))\n' >nameless.edf
-run 0 build --quiet --rtl nameless.edf --synth nameless.edf -o out.xrf
+# A file that names something by nothing reads back in no way. Extended reading refuses the netlist;
+# strict reading takes it, and whoever writes one is told.
+printf '(edif top (status (written (program "Tarvona")))\n(design top\n))\n' >nameless.edf
+echo older >out.xrf
+run 1 build --quiet --rtl nameless.edf --synth nameless.edf -o out.xrf
+one_error
+has err 'nameless.edf:3:1: The design top names no cell.'
+has out.xrf older
+run 0 build --quiet --matching strict --rtl nameless.edf --synth nameless.edf -o out.xrf
 has err 'out.xrf: the file will not read back: names that are empty'
 run 1 info out.xrf
 
