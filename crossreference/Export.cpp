@@ -2,12 +2,15 @@
 #include <crossreference/ModelState.h>
 #include <crossreference/TextOut.h>
 #include <crossreference/Utils.h>
+#include <support/OpenDescriptor.h>
 #include <support/Report.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <unistd.h>
 
 namespace XRF_RTL2LL {
 
@@ -16,8 +19,7 @@ namespace {
 // A file being written; every failure to write is fatal.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path)
-      : m_path(path), m_file(std::fopen(path.c_str(), "we")) {}
+  explicit OutputFile(const std::string& path) : m_path(path), m_file(open(path)) {}
 
   bool isOpen() const { return m_file != nullptr; }
   void write(std::string_view text) {
@@ -32,6 +34,14 @@ class OutputFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
 
+  static std::FILE* open(const std::string& path) {
+    const std::optional<int> named = openDescriptor(path);
+    if (!named) return std::fopen(path.c_str(), "we");
+    const int own = duplicateForWriting(*named);
+    std::FILE* file = own < 0 ? nullptr : ::fdopen(own, "w");
+    if (file == nullptr && own >= 0) ::close(own);
+    return file;
+  }
   [[noreturn]] void fail() const {
     fatal("ERROR: Can't write file %s: %s\n", m_path.c_str(), std::strerror(errno));
   }

@@ -1,9 +1,9 @@
 #include <support/FileReplacement.h>
+#include <support/OpenDescriptor.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
@@ -19,9 +19,6 @@ namespace {
 
 constexpr std::string_view prefix = ".xrf-";
 constexpr std::string_view suffix = ".tmp";
-
-// The folder's name with its slash, or nothing for the current folder.
-std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
 
 std::string openableFolderOf(const std::string& path) {
   const std::string folder = folderOf(path);
@@ -91,25 +88,6 @@ bool syncFolder(const std::string& path) {
   return !failed;
 }
 
-// Whether the path names an open descriptor of a process instead of a file.
-bool namesDescriptor(const std::string& path) {
-  char* real = ::realpath(openableFolderOf(path).c_str(), nullptr);
-  if (real == nullptr) return false;
-  const bool descriptors = std::string_view(real).starts_with("/proc/");
-  std::free(real);
-  return descriptors;
-}
-
-// Follows the link at `path` by one step; false when there is none.
-bool followLink(std::string& path) {
-  std::string text(PATH_MAX, '\0');
-  const ssize_t length = ::readlink(path.c_str(), text.data(), text.size());
-  if (length < 0) return false;
-  text.resize(static_cast<std::size_t>(length));
-  path = text.starts_with('/') ? text : folderOf(path) + text;
-  return true;
-}
-
 }  // namespace
 
 FileReplacement::FileReplacement(const std::string& target) : m_target(target) { open(); }
@@ -128,6 +106,11 @@ bool FileReplacement::check(bool done) {
 void FileReplacement::open() {
   errno = ENOENT;
   if (!check(!m_target.empty())) return;
+  if (const std::optional<int> named = openDescriptor(m_target)) {
+    m_descriptor = duplicateForWriting(*named);
+    check(m_descriptor >= 0);
+    return;
+  }
   struct stat existing = {};
   if (::stat(m_target.c_str(), &existing) == 0) {
     if (S_ISDIR(existing.st_mode)) errno = EISDIR;
@@ -136,9 +119,11 @@ void FileReplacement::open() {
     m_replaced = existing;
   }
   std::string file = m_target;
-  constexpr int mostLinks = 40;  // as many as the system itself follows
   for (int links = 0; links <= mostLinks; ++links) {
-    if (namesDescriptor(file)) return;
+    if (namesDescriptor(file)) {
+      check(::access(file.c_str(), W_OK) == 0);
+      return;
+    }
     if (!followLink(file)) {
       m_target = file;
       createBeside();

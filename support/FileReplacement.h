@@ -16,8 +16,9 @@ namespace XRF_RTL2LL {
 /// is removed. What a killed process left behind in that folder is removed by the next replacement
 /// there; a lock tells it from what another one still writes. `commit` waits until the file is on
 /// the disk. Through symbolic links, the file they point at is replaced; it keeps its mode, and its
-/// owner where the system permits. A target that exists and is no regular file (a pipe, a device),
-/// or that names an open descriptor (/dev/stdout), is written to directly.
+/// owner where the system permits. A target that exists and is no regular file (a pipe, a device)
+/// is written to directly, and one that names an open descriptor (/dev/stdout) through it: what was
+/// written through it before stays.
 ///
 /// Nothing is thrown but std::bad_alloc: a step that fails returns false, all later ones do too,
 /// and `error` is the errno of the first.

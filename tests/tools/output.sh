@@ -68,6 +68,60 @@ status=0
 "$XRF" build --xrf small.xrf --json -o /dev/stdout >out 2>err || status=$?
 [ "$status" = 2 ] || fail "--json -o /dev/stdout: status $status instead of 2"
 json_error
+
+# A descriptor that somebody opened goes on where it stands, whatever it leads to.
+expect_through() {
+  checks=$((checks + 1))
+  [ "$status" = 0 ] || fail "$last_run: status $status: $(cat err)"
+  { echo before && cat "$1" && echo after; } >expected
+  same expected through
+  no_leftovers .
+}
+for target in /dev/stdout /dev/fd/1 /proc/self/fd/1; do
+  last_run="build -o $target into a file"
+  {
+    echo before
+    status=0
+    "$XRF" build --xrf small.xrf --quiet -o $target 2>err || status=$?
+    echo after
+  } >through
+  expect_through small.xrf
+  last_run="build -o $target at the end of a file"
+  echo before >through
+  ln through kept
+  status=0
+  "$XRF" build --xrf small.xrf -o $target >>through 2>err || status=$?
+  has err 'wrote'
+  echo after >>through
+  expect_through small.xrf
+  same through kept  # the very file
+  rm kept
+done
+ln -s /dev/fd/5 descriptor
+for target in /dev/fd/5 descriptor; do
+  last_run="build -o $target"
+  status=0
+  { echo before >&5 && "$XRF" build --xrf small.xrf --quiet -o $target 2>err && echo after >&5; } \
+    5>through || status=$?
+  expect_through small.xrf
+done
+"$XRF" meta format "$SOURCE_DIR/examples/vadd/vadd.xml" --drop-unknown -o document.xml
+last_run='meta format -o /dev/stdout into a file'
+{
+  echo before
+  status=0
+  "$XRF" meta format document.xml -o /dev/stdout 2>err || status=$?
+  echo after
+} >through
+expect_through document.xml
+# What is not open, or open for reading only, is an error before anything is read.
+for target in /dev/fd/5 /dev/fd/99 /dev/fd/5x; do
+  cp small.xrf through
+  run 1 build --xrf small.xrf -o $target 5<through
+  one_error
+  hasnt err 'Parsing'
+  same small.xrf through
+done
 if [ -w /dev/full ]; then
   run 1 build --xrf small.xrf --quiet -o /dev/full
   one_error
