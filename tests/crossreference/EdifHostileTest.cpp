@@ -312,6 +312,25 @@ TEST_F(EdifHostileTest, DesignWithoutACellIsReadStrictlyAndRefusedOtherwise) {
   }
 }
 
+TEST_F(EdifHostileTest, InstanceWithoutACellReadsBackInExtendedReading) {
+  const std::string text =
+      top(input("a"), "(instance u (comment \"no cell\"))" + net("n", pin("a")));
+  const test::TempFile file(text, "netlist.edf");
+  const test::TempFile written;
+  Model model;
+  const ModelScope scope(model);
+  Design design(Matching::Extended);
+  Design again(Matching::Extended);
+  run([&] {
+    design.parse_rtl(file.path());
+    design.exportDesign(written.path(), true);
+    again.parse_xrf(written.path());
+  });
+  ASSERT_FALSE(fatal) << fatal->text;
+  EXPECT_STREQ(design.findModule(RTL, "/top/u")->getDefName(), "_");
+  EXPECT_STREQ(again.findModule(RTL, "/top/u")->getDefName(), "_");
+}
+
 TEST_F(EdifHostileTest, DesignInsideADesign) {
   read(RTL, top("", design("inner", "FDRE")));
   expectModelOrError();

@@ -298,6 +298,17 @@ TEST_F(ExtendedRulesTest, NoLevelIsJoinedThatIsAModuleStill) {
   EXPECT_THAT(subject.locationReport().unmatchedNames, ElementsAre("u0/x"));
 }
 
+TEST_F(ExtendedRulesTest, PlaceThatIsToldTwiceStands) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  const std::string line = "Bit 5 0x00000010 7 Block=SLICE_X1Y2 Latch=AQ Net=a\n";
+  readLocations("Revision 3\n" + line + line);
+  EXPECT_EQ(subject.locationReport().lines, 2U);
+  EXPECT_EQ(subject.locationReport().used, 2U);
+  EXPECT_EQ(subject.locationReport().unmatched, 0U);
+  EXPECT_EQ(bit("/top/a")->getKind(), Bit::STATE);
+  EXPECT_EQ(bit("/top/a")->getStateLoc2(), 7U);
+}
+
 TEST_F(ExtendedRulesTest, TwoRegistersThatMayHaveOneFlattenedNameStayUnmatched) {
   const std::string sub = cell("sub", "", instance("x_reg", "RTL_REG"));
   parse(RTL, top("", instance("u0", "sub") + instance("u0_x_reg", "RTL_REG"), sub));

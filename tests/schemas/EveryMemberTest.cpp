@@ -314,6 +314,41 @@ TYPED_TEST(EveryClass, IsWrittenAndReadBackWithRandomContent) {
   }
 }
 
+TYPED_TEST(EveryClass, TakesNoUnknownNameForAMember) {
+  // Of each length that the name of a member may have.
+  constexpr std::size_t longest = 32;
+  std::string attributes;
+  std::string elements;
+  for (std::size_t length = 1; length <= longest; ++length) {
+    const std::string name(length, '_');
+    attributes += " " + name + "=\"1\"";
+    elements += "<" + name + "/>";
+  }
+  const auto item = complete<TypeParam>();
+  std::string text = elementOf(item);
+  const std::size_t end = text.find('>', text.find("<element"));
+  if (text[end - 1] == '/') {
+    text.replace(end - 1, 2, attributes + ">" + elements + "</element>");
+  } else {
+    text.insert(end + 1, elements).insert(end, attributes);
+  }
+  lmx60::c_read_memory source(text.data(), text.size());
+  lmx60::c_xml_reader reader(source);
+  std::size_t unknownAttributes = 0;
+  std::size_t unknownElements = 0;
+  reader.set_error_handler([&](const lmx60::s_debug_error& fault) {
+    if (fault.code == lmx60::ELMX_UNKNOWN_ATTRIBUTE) ++unknownAttributes;
+    if (fault.code == lmx60::ELMX_UNKNOWN_ELEMENT) ++unknownElements;
+    return lmx60::ELMX_OK;
+  });
+  TypeParam back;
+  EXPECT_EQ(back.unmarshal(reader, "element"), lmx60::ELMX_OK);
+  EXPECT_EQ(unknownAttributes, longest);
+  EXPECT_EQ(unknownElements, longest);
+  EXPECT_EQ(reader.warning_count(), 2 * longest);
+  EXPECT_TRUE(back == item);
+}
+
 TYPED_TEST(EveryClass, IsCompleteUnlessMandatoryTextsAreAbsent) {
   EXPECT_EQ(TypeParam().IsOccursOk(), (!std::is_same_v<TypeParam, Movrel::FIFOInst>));
   EXPECT_TRUE(complete<TypeParam>().IsOccursOk());
