@@ -150,7 +150,7 @@ class Collector {
 /// Cuts a text that is read in pieces of a size, pausing at every `step` bytes.
 Outcome lexed(std::string_view text, std::size_t piece, std::uint64_t step) {
   const TextSource source{std::string_view(text)};
-  EdifLexer lexer(source, 0, piece);
+  EdifLexer lexer(source, Limits().wordLength, 0, piece);
   Collector collector(lexer);
   std::uint64_t pause = step;
   while (lexer.run(collector, pause) == State::Going) {
