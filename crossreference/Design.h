@@ -119,6 +119,9 @@ class XRF_API Design {
   /// The deepest path of hierarchical modules that `path` holds, components that name none dropped.
   std::string getValidModulePath(EdifView view, const std::string& path) const;
 
+  /// The register bits of the RTL in name order, wherever they live: as many as `coverage` counts
+  /// where each has a name of its own.
+  std::vector<RegisterBit> registers() const;
   /// The register bits of the RTL that live at a place of the configuration memory, in name order;
   /// several where registers were merged. Where a copy lives that synthesis made of a register, the
   /// register, whose own place is another.

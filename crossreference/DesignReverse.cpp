@@ -247,6 +247,14 @@ std::vector<RegisterBit> Design::registersAt(unsigned int frame, unsigned int of
   return registers.found();
 }
 
+std::vector<RegisterBit> Design::registers() const {
+  const DesignUse use(m_state->model);
+  const NetlistState& netlist = *m_state->netlist->m_state;
+  ReverseLookUp registers(netlist);
+  netlist.model.bits.each([&](const Bit* bit) { registers.addRtl(*bit); });
+  return registers.found();
+}
+
 std::optional<std::vector<RegisterBit>> Design::registersOf(const std::string& name) const {
   const DesignUse use(m_state->model);
   const NetlistState& netlist = *m_state->netlist->m_state;

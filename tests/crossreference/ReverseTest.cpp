@@ -148,6 +148,20 @@ TEST_F(ReverseTest, RegisterWhoseInstanceTellsNoBitGoesByItsNet) {
   EXPECT_THAT(at(16, 3), ElementsAre("/top/u/value"));
 }
 
+TEST_F(ReverseTest, ListsEveryRegisterOnce) {
+  readNetlists(design(instance("x_reg", "FDRE")), design());
+  readLocations(location("u/q[3]", 3) + location("q[2]", 4));
+  readLog("merging instance 'x_reg' (FD) to 'u/q_reg[3]'\n");
+  const Names inTop{"/top/gen[2].cnt[0]", "/top/mem[3][5]", "/top/on",
+                    "/top/q[2]",          "/top/q[3]",      "/top/r[tag][valid]"};
+  Names expected = inTop;
+  for (const std::string& name : inTop) expected.push_back("/top/u" + name.substr(4));
+  expected.emplace_back("/top/x");
+  const std::vector<RegisterBit> registers = subject.registers();
+  EXPECT_THAT(named(subject, registers), ::testing::UnorderedElementsAreArray(expected));
+  EXPECT_EQ(subject.coverage().all.total(), registers.size());
+}
+
 TEST_F(ReverseTest, LoadedDesignAnswersAlike) {
   const std::string x = instance("x_reg", "FDRE");
   const std::string driven = net(renamed("n", "n_0_q_reg[3]"), pin("Q", "r1"));
