@@ -1,4 +1,5 @@
 #include <tools/xrf/Console.h>
+#include <tools/xrf/FatalReason.h>
 #include <tools/xrf/Style.h>
 
 #include <algorithm>
@@ -14,7 +15,6 @@ namespace {
 constexpr int errorStream = 2;
 constexpr auto progressInterval = std::chrono::milliseconds(100);
 constexpr std::size_t progressWidth = 79;
-constexpr std::size_t longestErrorText = 600;
 
 bool isSmartTerminal() {
   const char* terminal = std::getenv("TERM");
@@ -26,43 +26,6 @@ void put(std::string_view text) {
   if (text.empty()) return;
   std::fflush(stdout);
   std::fwrite(text.data(), 1, text.size(), stderr);
-}
-
-void dropPrefix(std::string& text, const std::string& prefix) {
-  if (text.compare(0, prefix.size(), prefix) == 0) text.erase(0, prefix.size());
-}
-
-// Runs of blanks and line feeds become one blank; what a terminal might act on is masked.
-std::string oneLine(std::string_view text) {
-  std::string result;
-  for (const char c : text) {
-    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
-    if (!blank) {
-      result += c;
-    } else if (!result.empty() && result.back() != ' ') {
-      result += ' ';
-    }
-  }
-  while (!result.empty() && result.back() == ' ') result.pop_back();
-  if (result.size() > longestErrorText) {
-    result.resize(longestErrorText);
-    result += "...";
-  }
-  return printable(result);
-}
-
-// The bare reason: the library's texts may begin with "ERROR:" and the place, which the command
-// puts in front itself.
-std::string reason(const XRF_RTL2LL::Fatal& fatal) {
-  std::string text = fatal.text == nullptr ? "" : fatal.text;
-  dropPrefix(text, "ERROR:");
-  dropPrefix(text, " ");
-  if (fatal.file != nullptr) {
-    dropPrefix(text, fmt::format("{}:{}: ", fatal.file, fatal.line));
-    dropPrefix(text, fmt::format("{}: ", fatal.file));
-  }
-  text = oneLine(text);
-  return text.empty() ? "the library gave up without a reason" : text;
 }
 
 std::string place(const Failure& failure) {
@@ -110,7 +73,7 @@ void Console::onFatal(const XRF_RTL2LL::Fatal& fatal, void* console) {
     self.m_heldMessage.clear();
   }
   const std::string file = fatal.file == nullptr ? "" : fatal.file;
-  throw Failure(reason(fatal), file, fatal.line, fatal.column);
+  throw Failure(reasonOf(fatal), file, fatal.line, fatal.column);
 }
 
 void Console::onMessage(int stream, const char* text, void* console) {
