@@ -1,5 +1,5 @@
-# What is installed, in three components: runtime (the library for programs), development (what links
-# against it) and command.
+# What is installed, in four components: runtime (the library for programs), development (what links
+# against it), command and python.
 include(CMakePackageConfigHelpers)
 
 set(XRF_CMAKE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/xrf)
@@ -54,4 +54,20 @@ if(TARGET xrf_command)
   install(FILES ${completions}/xrf.fish COMPONENT command
           DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
   include(Manual)
+endif()
+
+if(TARGET xrf_python)
+  set(XRF_PYTHON_INSTALL_DIR lib/python3/dist-packages CACHE STRING
+      "Where Python looks for packages, below the prefix")
+  set(package ${XRF_PYTHON_INSTALL_DIR}/xrf)
+  if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    file(RELATIVE_PATH library_from_package
+         ${CMAKE_INSTALL_PREFIX}/${package} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(xrf_python PROPERTIES INSTALL_RPATH "$ORIGIN/${library_from_package}")
+  endif()
+  install(TARGETS xrf_python LIBRARY DESTINATION ${package} COMPONENT python)
+  foreach(file IN LISTS XRF_PYTHON_FILES)
+    cmake_path(GET file PARENT_PATH folder)
+    install(FILES ${XRF_PYTHON_DIR}/xrf/${file} DESTINATION ${package}/${folder} COMPONENT python)
+  endforeach()
 endif()

@@ -5,9 +5,13 @@ set(XRF_PACKAGE_CONTACT "The developers of xrf <xrf@example.org>" CACHE STRING
 set(package_of_runtime libxrf${PROJECT_VERSION_MAJOR})
 set(package_of_development libxrf-dev)
 set(package_of_command xrf)
+set(package_of_python python3-xrf)
 set(components runtime development)
 if(TARGET xrf_command)
   list(APPEND components command)
+endif()
+if(TARGET xrf_python)
+  list(APPEND components python)
 endif()
 
 # Every package must carry its copyright and its changes. The date is that of SOURCE_DATE_EPOCH where
@@ -61,4 +65,20 @@ set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION electronics)
 set(CPACK_COMPONENT_COMMAND_DEPENDS runtime)
 set(CPACK_DEBIAN_COMMAND_DESCRIPTION
     "xrf ${about}\n.\nThis package holds the command, its manual pages and completions.")
+
+# The extension is for one version of the interpreter alone, and what is compiled when Python first
+# runs must go with the package: the scripts see to that.
+if(TARGET xrf_python)
+  math(EXPR next_minor "${Python3_VERSION_MINOR} + 1")
+  set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+      "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_minor})")
+endif()
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${package_of_python})
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-numpy, python3-pandas")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/packaging/python/postinst ${PROJECT_SOURCE_DIR}/packaging/python/prerm)
+set(CPACK_COMPONENT_PYTHON_DEPENDS runtime)
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+    "xrf ${about}\n.\nThis package holds the package xrf for Python.")
 include(CPack)

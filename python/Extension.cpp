@@ -1,0 +1,16 @@
+#include <python/Bindings.h>
+#include <python/Guest.h>
+
+// Checks take the macro's own variables for ours.
+// NOLINTNEXTLINE
+PYBIND11_MODULE(_xrf, module) {
+  module.doc() = "The compiled half of xrf; use it through the package.";
+  xrf::python::installHandlers();
+  xrf::python::bindErrors();
+  xrf::python::bindBits(module);
+  xrf::python::bindSignals(module);
+  xrf::python::bindModules(module);
+  xrf::python::bindDesigns(module);
+  xrf::python::bindEmulation(module);
+  xrf::python::bindMetadata(module);
+}
