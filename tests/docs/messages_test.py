@@ -35,7 +35,7 @@ def main():
     known = [re.sub(r"\s+", " ", row) for row in rows]
     missing = []
     count = 0
-    folders = ["crossreference", "support", "tools/xrf", "lmx60"]
+    folders = ["crossreference", "support", "tools/xrf", "lmx60", "python"]
     for path in sorted(p for f in folders for p in (root / f).glob("*.cpp")):
         for text in texts_of(path.read_text(encoding="utf-8")):
             if len(text) < 8 or text in PARTS or not re.search("[a-z]{3}", text):

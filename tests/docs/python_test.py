@@ -68,7 +68,8 @@ def check(path, root):
 
 def main():
     root = Path(sys.argv[1]).resolve()
-    pages = map(Path, sys.argv[2:] or [*sorted((root / "docs").glob("*.md")), root / "README.md"])
+    pages = [Path(page).resolve() for page in sys.argv[2:]]
+    pages = pages or [*sorted((root / "docs").glob("*.md")), root / "README.md"]
     faults, count = [], 0
     for path in pages:
         made, found, blocks = check(path, root)

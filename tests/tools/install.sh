@@ -24,6 +24,18 @@ for file in bin/xrf man/man1/xrf.1.gz man/man1/xrf-find.1.gz man/man5/xrf.5.gz \
 done
 hasnt command.files libxrf
 
+package=lib/python3/dist-packages/xrf
+if [ -d "$build/python" ]; then
+  cmake --install "$build" --prefix "$work/python" --component python >log 2>&1 ||
+    fail "cmake --install --component python: $(cat log)"
+  (cd python && find . ! -type d | sort) >python.files
+  for file in __init__.py py.typed _xrf.pyi metadata/_elements.py; do
+    has python.files "$package/$file"
+  done
+  checks=$((checks + 1))
+  grep -qE "$package/_xrf[.]cpython-.*[.]so$" python.files || fail "no extension: $(cat python.files)"
+fi
+
 # Moved, and used from there, by the command itself and through both ways to find the library.
 cmake --install "$build" --prefix "$work/first" >log 2>&1 || fail "cmake --install: $(cat log)"
 mv first moved
@@ -31,6 +43,14 @@ cp "$data_dir/small.xrf" .
 checks=$((checks + 1))
 moved/bin/xrf info --quiet small.xrf >out 2>err || fail "the installed command: $(cat err)"
 has out rtl
+if [ -d "$build/python" ]; then
+  checks=$((checks + 1))
+  PYTHONPATH=$(dirname "moved/$package") /usr/bin/python3 -B -c "
+import xrf
+print(xrf.Design.load('small.xrf').bit('gen_2__u/cnt[1]').frame)" >out 2>err ||
+    fail "the installed package for Python: $(cat err)"
+  has out 4194561
+fi
 cat >program.cpp <<'END'
 #include <crossreference/XRF_RTL2LL.h>
 #include <cstdio>
