@@ -251,7 +251,15 @@ std::vector<RegisterBit> Design::registers() const {
   const DesignUse use(m_state->model);
   const NetlistState& netlist = *m_state->netlist->m_state;
   ReverseLookUp registers(netlist);
-  netlist.model.bits.each([&](const Bit* bit) { registers.addRtl(*bit); });
+  std::unordered_set<const Bit*> seen;
+  // By way of the registers' outputs, since clocks have references by the thousand.
+  netlist.model.signals.each([&](const Signal* output) {
+    if (!output->isSrcState() || !RegisterTies::isRegister(netlist, *output->getModule())) return;
+    eachRef(*output, [&](const BitRef& ref) {
+      const Bit* bit = ref.getBit();
+      if (bit != nullptr && seen.insert(bit).second) registers.addRtl(*bit);
+    });
+  });
   return registers.found();
 }
 

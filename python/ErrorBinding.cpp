@@ -3,6 +3,7 @@
 #include <tools/xrf/Failure.h>
 
 #include <exception>
+#include <utility>
 
 namespace xrf::python {
 
@@ -27,7 +28,7 @@ void raise(const Failure& failure) {
 void bindErrors() {
   py::register_local_exception_translator([](std::exception_ptr thrown) {
     try {
-      if (thrown) std::rethrow_exception(thrown);
+      if (thrown) std::rethrow_exception(std::move(thrown));
     } catch (const UsageFailure& failure) {
       PyErr_SetString(PyExc_ValueError, failure.what());
     } catch (const Failure& failure) {

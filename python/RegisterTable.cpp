@@ -46,7 +46,7 @@ py::dtype rowType() {
                                    offsetof(Row, frame), offsetof(Row, offset), offsetof(Row, slr),
                                    offsetof(Row, kind), offsetof(Row, value));
   type["itemsize"] = sizeof(Row);
-  return py::dtype::from_args(std::move(type));
+  return py::dtype::from_args(type);
 }
 
 const Bit* bitOf(const RegisterBit& one) { return one.signal->getBitRef(one.index)->getBit(); }
