@@ -10,8 +10,8 @@ BEGIN {
   builds = split("rtl synth ll log export", build, " ")
   phases = split("rtl synth ll log export load", counted, " ")
   split("rtl.edf synth.edf netlists netlists out.xrf out.xrf", counted_file, " ")
-  # Reading ends with putting names in order.
-  sorts["rtl"] = sorts["synth"] = sorts["load"] = 1
+  # Reading ends with putting names in order, and the final copy begins with it.
+  sorts["rtl"] = sorts["synth"] = sorts["load"] = sorts["ll"] = sorts["log"] = 1
 }
 
 function least(key, value) {
@@ -19,6 +19,7 @@ function least(key, value) {
 }
 
 $1 == "bandwidth" { bandwidth = $2 }
+$1 == "latency" { latency = $2 }
 $1 == "design" {
   finish()
   shape = $2
@@ -203,7 +204,7 @@ function print_objects(name) {
 }
 
 function print_targets(i, what) {
-  printf "\nmemory copied at %s MB/s\n", grouped(bandwidth)
+  printf "\nmemory copied at %s MB/s, reached in %s ns\n", grouped(bandwidth), latency
   printf "\n%-34s %-40s %-16s %s\n",
     "target (" grouped(measured_registers) " registers)", "measured", "wanted", ""
   for (i = 1; i <= targets; ++i) {
