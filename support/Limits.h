@@ -16,9 +16,9 @@ namespace XRF_RTL2LL {
 ///     design.setLimits(limits);
 ///     design.parse_rtl("top.edf");
 ///
-/// Limits belong to a model (`Model::setLimits`, `Design::setLimits`) or to a metadata reader
-/// (`lmx60::c_xml_reader::set_limits`); what was not given any has these. A value above that of
-/// `highest` counts as that.
+/// Limits belong to a model (`Model::setLimits`, `Design::setLimits`) or to what reads a metadata
+/// document (`lmx60::c_xml_reader::set_limits`, `XRF::HardwareEmulationMap`); what was not given
+/// any has these. A value above that of `highest` counts as that.
 struct Limits {
   /// Bytes of one word of a netlist. The longest in the field are below four thousand.
   std::uint64_t wordLength = 1U << 20;
