@@ -11,6 +11,14 @@ from pathlib import Path
 
 SUBCOMMANDS = ["build", "info", "find", "whatis", "tree", "dump", "emu", "meta check", "meta format"]
 
+# What the command is, for who reads its own page first; its help leaves this to the README.
+ABOUT = """\
+xrf reads what the build of an FPGA design left behind: the elaborated and the synthesized netlist, the
+location file and the synthesis log. "xrf build" ties them together in one cross-reference file, which
+then answers by name ("xrf find") and by place ("xrf whatis"). Of the metadata document of a compiled
+kernel container it tells which simulator signals carry the arguments of kernels ("xrf emu").
+"""
+
 STATUS = [
     ("0", "Done."),
     ("1", "The input is bad, or the work failed."),
@@ -89,8 +97,8 @@ def page(command, version, subcommand):
         f'.TH {name.upper().replace("-", chr(92) + "-")} 1 "" "xrf {version}" "User Commands"\n',
         section("NAME", f"{escaped(name)} \\- {escaped(summary)}\n"),
         section("SYNOPSIS", f".B {escaped(information.usage)}\n"),
-        section("DESCRIPTION", "".join(escaped(line) + "\n" for line in information.text)
-                or escaped(information.title) + "\n"),
+        section("DESCRIPTION", escaped("".join(line + "\n" for line in information.text)
+                                       if subcommand else ABOUT)),
         section("SUBCOMMANDS", tagged(subcommands)),
         section("ARGUMENTS", tagged(information.lists.get("Positionals", []))),
         section("OPTIONS", tagged(information.lists["Options"])),
