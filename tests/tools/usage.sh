@@ -14,6 +14,11 @@ for subcommand in build info find whatis tree dump; do
   for option in --json --quiet --color --help; do has out "$option"; done
 done
 
+run 0 meta --help
+has out '  xrf meta check '
+has out '  xrf meta format '
+hasnt out 'xrf build'
+
 # Each of these is wrong usage: one error, a hint, and with --json a document.
 while read -r arguments; do
   # shellcheck disable=SC2086

@@ -154,6 +154,10 @@ void addMeta(CLI::App& app, Session& session) {
   CLI::App* subcommand =
       app.add_subcommand("meta", "Check or rewrite the metadata document of a container");
   subcommand->require_subcommand(1);
+  subcommand->footer(
+      "Examples:\n"
+      "  xrf meta check movrel.xml\n"
+      "  xrf meta format movrel.xml -o canonical.xml");
   addCheck(*subcommand, session);
   addFormat(*subcommand, session);
 }
