@@ -147,7 +147,9 @@ bool RegisterCopy::comesFirst(const Name& a, const Name& b) {
   return &signalA != &signalB && NameKey::compare(NameKey(signalA), NameKey(signalB)) < 0;
 }
 
-// Leaves one name of each bit. Almost all bits have just one, and comparing names takes long.
+// Leaves one name of each bit. Almost all bits have just one, and comparing names takes long. Each
+// bit takes from one of the other view, so they may come in any order, be it that of their
+// addresses.
 void RegisterCopy::keepFirst(std::vector<Name>& names) {
   std::stable_sort(names.begin(), names.end(),
                    [](const Name& a, const Name& b) { return std::less<>()(a.bit, b.bit); });
