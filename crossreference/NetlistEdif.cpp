@@ -442,7 +442,7 @@ bool EdifReader::is_plain_portref(std::size_t at, PlainPort& port) const {
 void EdifReader::look_ahead() {
   m_plain_taken = 0;
   m_plain_count = 0;
-  if (m_depth + 2 > m_limits.elaborationNesting) return;
+  if (m_modules.empty() || m_depth + 2 > m_limits.elaborationNesting) return;
   const Module& around = front();
   for (std::size_t at = m_cursor; m_plain_count < m_plain.size(); ++m_plain_count) {
     PlainPort& port = m_plain[m_plain_count];

@@ -186,6 +186,41 @@ TEST_F(EdifNetsTest, ReferenceToSignalWithoutBit0IsPassedOver) {
   EXPECT_NE(bit("/top/n"), bit("/top/d", 5));
 }
 
+// References are looked up many at once, other forms among them one by one.
+TEST_F(EdifNetsTest, AllOfManyReferencesJoin) {
+  constexpr unsigned int instances = 50;
+  std::string body;
+  std::string pins = pin("a");
+  for (unsigned int number = 0; number < instances; ++number) {
+    const std::string name = "u" + std::to_string(number);
+    body += instance(name, "inner");
+    pins += pin("a", name);
+    if (number % 20 == 10) pins += pin(member("d", "1"), name) + pin("none", name) + "(comment x) ";
+  }
+  readRtl(top(input("a"), body + net("n", pins), cell("inner", input("a") + bus("d", "2"))));
+  for (unsigned int number = 0; number < instances; ++number) {
+    const std::string name = "/top/u" + std::to_string(number);
+    EXPECT_TRUE(joined(bit("/top/n"), bit(name + "/a"))) << name;
+    EXPECT_EQ(bit("/top/n") == bit(name + "/d", 0), number % 20 == 10) << name;
+    EXPECT_NE(bit("/top/n"), bit(name + "/d", 1)) << name;
+  }
+}
+
+TEST_F(EdifNetsTest, JoinedFormWithinAnotherOneJoinsNoneOfIts) {
+  readRtl(top(input("a") + input("b") + input("c") + input("d"),
+              net("n", pin("a") + "(foo (joined " + pin("c") + pin("d") + ")) " + pin("b"))));
+  EXPECT_TRUE(joined(bit("/top/n"), bit("/top/a")));
+  EXPECT_TRUE(joined(bit("/top/a"), bit("/top/b")));
+  EXPECT_TRUE(joined(bit("/top/c"), bit("/top/d")));
+  EXPECT_NE(bit("/top/a"), bit("/top/c"));
+}
+
+TEST_F(EdifNetsTest, JoinedFormOutsideAnyCellIsPassedOver) {
+  readRtl("(edif e (joined) (program \"Tarvona\")" + cell("c", input("a")) +
+          edif::design("top", "c") + ")");
+  EXPECT_EQ(range("/top/a"), "0..0");
+}
+
 TEST_F(EdifNetsTest, ReferenceToABusMeansItsBit0) {
   readRtl(top(bus("d", "4"), net("n", pin("d"))));
   EXPECT_TRUE(joined(bit("/top/n"), bit("/top/d", 0)));
