@@ -5,6 +5,7 @@
 // NOLINTNEXTLINE
 PYBIND11_MODULE(_xrf, module) {
   module.doc() = "The compiled half of xrf; use it through the package.";
+  module.attr("__version__") = XRF_VERSION;
   xrf::python::installHandlers();
   xrf::python::bindErrors();
   xrf::python::bindBits(module);

@@ -11,6 +11,9 @@ Names that are no UTF-8 in a file come and go with lone surrogates, as the names
 
 from . import metadata, types
 from ._error import Error
-from ._xrf import Bit, Design, HardwareEmulationMap, Module, Signal
+from ._xrf import Bit, Design, HardwareEmulationMap, Module, Signal, __version__
 
-__all__ = ["Bit", "Design", "Error", "HardwareEmulationMap", "Module", "Signal", "metadata", "types"]
+__all__ = [
+    "Bit", "Design", "Error", "HardwareEmulationMap", "Module", "Signal", "__version__", "metadata",
+    "types",
+]

@@ -27,6 +27,8 @@ from .types import (
     View,
 )
 
+__version__: str
+
 @final
 class BitIterator:
     def __iter__(self) -> BitIterator: ...

@@ -47,9 +47,11 @@ if [ -d "$build/python" ]; then
   checks=$((checks + 1))
   PYTHONPATH=$(dirname "moved/$package") /usr/bin/python3 -B -c "
 import xrf
+print('version', xrf.__version__)
 print(xrf.Design.load('small.xrf').bit('gen_2__u/cnt[1]').frame)" >out 2>err ||
     fail "the installed package for Python: $(cat err)"
   has out 4194561
+  has out "version $(moved/bin/xrf --version | sed -n '1s/^xrf //p')"
 fi
 cat >program.cpp <<'END'
 #include <crossreference/XRF_RTL2LL.h>
