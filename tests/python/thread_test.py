@@ -7,7 +7,7 @@ import signal
 import sys
 import threading
 import time
-from collections.abc import Callable
+from collections.abc import Callable, Iterator
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
@@ -52,6 +52,15 @@ def test_what_progress_raises_ends_the_read(large: Path) -> None:
     assert xrf.Design.load(large).top() is not None
 
 
+@pytest.fixture
+def interruptible() -> Iterator[None]:
+    """What runs in the background of a shell begins with the signal ignored."""
+    before = signal.signal(signal.SIGINT, signal.default_int_handler)
+    yield
+    signal.signal(signal.SIGINT, before)
+
+
+@pytest.mark.usefixtures("interruptible")
 def test_the_keyboard_ends_a_read(large: Path) -> None:
     began = time.monotonic()
     xrf.Design.load(large)

@@ -10,7 +10,8 @@ unset NO_COLOR
 golden_dir=$SOURCE_DIR/tests/tools/golden
 data_dir=$SOURCE_DIR/tests/tools/data
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# Not when a job is stopped before it becomes the program that it runs.
+trap '[ "$BASHPID" != "$$" ] || rm -rf "$work"' EXIT
 cd "$work" || exit 1
 failures=0
 checks=0
