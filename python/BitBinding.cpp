@@ -27,7 +27,7 @@ py::object idOf(const BitHandle& self) {
   return bit == nullptr ? py::object(py::none()) : py::int_(bit->getId());
 }
 
-py::dict toDict(const BitHandle& self) {
+py::dict bitDict(const BitHandle& self) {
   py::dict row;
   row["view"] = wordOf(self.signal.view);
   row["name"] = toPython(self.signal.signal->getFullName());
@@ -105,7 +105,7 @@ void bindBits(py::module_& module) {
   type.def_property_readonly(
       "value", [](const BitHandle& self) { return Text{valueOf(self.bit())}; },
       "'0' or '1' for a constant; else the value's text, 'z' where none was read.");
-  type.def("to_dict", toDict,
+  type.def("to_dict", bitDict,
            "The row of `xrf find --format csv` as a dictionary; frame, offset and slr are there "
            "when the bit is located.");
   type.def("__str__",

@@ -1,5 +1,6 @@
 #include <python/Bindings.h>
 #include <python/Handles.h>
+#include <python/LimitsArgument.h>
 #include <python/ModuleBinding.h>
 #include <python/RegisterTable.h>
 #include <python/Reports.h>
@@ -31,9 +32,8 @@ using DesignClass = py::class_<OpenDesign, std::shared_ptr<OpenDesign>>;
 
 std::string textOf(const MaybePath& path) { return path ? path->string() : std::string(); }
 
-std::shared_ptr<OpenDesign> read(const DesignFiles& files, const std::string& matching,
+std::shared_ptr<OpenDesign> read(const DesignFiles& files, const DesignReading& how,
                                  const py::object& progress) {
-  const XRF_RTL2LL::Matching how = matchingOf(matching);
   Watch watch(progress);
   const py::gil_scoped_release released;
   return OpenDesign::read(files, how, [&watch](const char* phase, auto done, auto total) {
@@ -43,14 +43,16 @@ std::shared_ptr<OpenDesign> read(const DesignFiles& files, const std::string& ma
 
 std::shared_ptr<OpenDesign> build(const Path& rtl, const Path& synth, const MaybePath& locations,
                                   const MaybePath& log, const std::string& matching,
-                                  const py::object& progress) {
-  return read({rtl.string(), synth.string(), {}, textOf(locations), textOf(log)}, matching,
-              progress);
+                                  const py::object& limits, const py::object& progress) {
+  return read({rtl.string(), synth.string(), {}, textOf(locations), textOf(log)},
+              {matchingOf(matching), limitsOf(limits, Reads::Netlists)}, progress);
 }
 
 std::shared_ptr<OpenDesign> load(const Path& path, const MaybePath& locations, const MaybePath& log,
-                                 const std::string& matching, const py::object& progress) {
-  return read({{}, {}, path.string(), textOf(locations), textOf(log)}, matching, progress);
+                                 const std::string& matching, const py::object& limits,
+                                 const py::object& progress) {
+  return read({{}, {}, path.string(), textOf(locations), textOf(log)},
+              {matchingOf(matching), limitsOf(limits, Reads::CrossReference)}, progress);
 }
 
 [[noreturn]] void raiseKeyError(const std::string& name, EdifView view, const char* what) {
@@ -138,7 +140,7 @@ py::list registersOf(const Opened& self, const Text& name) {
   return bitsOf(self, *found);
 }
 
-py::dict toDict(const Opened& self, bool hidden) {
+py::dict designDict(const Opened& self, bool hidden) {
   py::dict made;
   for (const EdifView view : {XRF_RTL2LL::RTL, XRF_RTL2LL::SYNTH}) {
     XRF_RTL2LL::Module* module = self->top(view);
@@ -160,15 +162,19 @@ void addReading(DesignClass& type) {
   type.def_static(
       "build", build, py::arg("rtl"), py::arg("synth"), py::kw_only(),
       py::arg("logic_location") = py::none(), py::arg("log") = py::none(),
-      py::arg("matching") = "extended", py::arg("progress") = py::none(),
+      py::arg("matching") = "extended", py::arg("limits") = py::none(),
+      py::arg("progress") = py::none(),
       "Reads the elaborated and the synthesized netlist (EDIF), then the locations of the\n"
       "implemented design and the synthesis log.\n\n"
+      "limits changes what the files may ask for, such as {'signal_width': 4096}; the names are "
+      "in\n"
+      "types.Limits.\n\n"
       "progress(phase, done, total) is called now and then; done and total count bytes, and total\n"
       "is 0 where it is not known. What it raises ends the read and comes out of this call. Other\n"
       "threads run meanwhile. A bad file raises xrf.Error.");
   type.def_static(
       "load", load, py::arg("path"), py::kw_only(), py::arg("logic_location") = py::none(),
-      py::arg("log") = py::none(), py::arg("matching") = "extended",
+      py::arg("log") = py::none(), py::arg("matching") = "extended", py::arg("limits") = py::none(),
       py::arg("progress") = py::none(),
       "Reads a cross-reference file, then the locations and the log of another implementation,\n"
       "where they are given. See build.");
@@ -234,7 +240,7 @@ void addTrees(DesignClass& type) {
       py::arg("view") = "rtl", py::kw_only(), py::arg("hidden") = false,
       "All signals of a view's modules.");
   type.def("__iter__", [](const Opened& self) { return overTree(self, "walk", "rtl", false); });
-  type.def("to_dict", toDict, py::kw_only(), py::arg("hidden") = false,
+  type.def("to_dict", designDict, py::kw_only(), py::arg("hidden") = false,
            "Both views, each as the dictionary of its top module or None.");
 }
 

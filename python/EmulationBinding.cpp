@@ -1,9 +1,9 @@
 #include <crossreference/XRFDataBaseInterface.h>
 #include <hpi/HPICommonUtils.h>
 #include <python/Bindings.h>
-#include <python/MetadataDocument.h>
+#include <python/LimitsArgument.h>
 #include <python/Text.h>
-#include <tools/xrf/Failure.h>
+#include <tools/xrf/EmulationCheck.h>
 
 #include <filesystem>
 #include <fmt/format.h>
@@ -15,7 +15,6 @@ namespace xrf::python {
 
 namespace py = pybind11;
 
-using XRF::ControllingConnection;
 using XRF::HardwareEmulationMap;
 
 namespace {
@@ -47,13 +46,14 @@ class NameScope {
 
 class EmulationMap {
  public:
-  EmulationMap(const std::filesystem::path& path, Text blockDesign)
+  EmulationMap(const std::filesystem::path& path, Text blockDesign,
+               const XRF_RTL2LL::Limits& limits)
       : m_blockDesign(std::move(blockDesign.value)) {
     const std::string file = path.string();
     const py::gil_scoped_release released;
-    requireMappable(file);
+    requireMappable(file, limits);
     const NameScope scope(m_blockDesign);
-    m_map = std::make_unique<HardwareEmulationMap>(file);
+    m_map = std::make_unique<HardwareEmulationMap>(file, limits);
   }
 
   const std::string& blockDesign() const { return m_blockDesign; }
@@ -65,30 +65,9 @@ class EmulationMap {
   }
 
  private:
-  static void requireMappable(const std::string& file);
-
   std::string m_blockDesign;
   std::unique_ptr<HardwareEmulationMap> m_map;
 };
-
-// The map reads in silence, and never comes back from some documents; so the document is looked at
-// before.
-void EmulationMap::requireMappable(const std::string& file) {
-  const MetadataDocument document = readMetadata(file);
-  document.requireGood(file);
-  switch (HardwareEmulationMap::controllingConnection(document.project)) {
-    case ControllingConnection::NotSought:
-      throw Failure("the first core of the first device lists no kernel", file);
-    case ControllingConnection::Endless:
-      throw Failure(
-          "the core's first connection does not control its kernels: it leads neither to the core "
-          "nor to a port S_AXI_CONTROL",
-          file);
-    case ControllingConnection::Absent:
-    case ControllingConnection::Found:
-      break;
-  }
-}
 
 [[noreturn]] void raiseKeyError(const char* what, const std::string& name) {
   PyErr_SetObject(PyExc_KeyError, toPython(fmt::format("no {} is named '{}'", what, name)).ptr());
@@ -143,7 +122,7 @@ py::list arguments(const EmulationMap& self, const Text& kernel) {
   });
 }
 
-py::dict toDict(const EmulationMap& self) {
+py::dict emulationDict(const EmulationMap& self) {
   py::list kernels;
   for (const py::handle& name : kernelNames(self)) {
     const auto kernel = name.cast<Text>();
@@ -207,10 +186,16 @@ void bindEmulation(py::module_& module) {
             "Kernels, compute units and argument signals of one compiled container.\n\n"
             "Read once from its metadata document. Iterating gives the kernels' names. A\n"
             "kernel or variable that it does not know is a KeyError.");
-  type.def(py::init<const std::filesystem::path&, Text>(), py::arg("path"),
-           py::arg("block_design") = Text{},
-           "Reads the document; block_design names the block design that holds the kernels. A "
-           "document that\nis bad or holds no kernel raises xrf.Error.");
+  type.def(
+      py::init([](const std::filesystem::path& path, const Text& blockDesign,
+                  const py::object& limits) {
+        return std::make_unique<EmulationMap>(path, blockDesign, limitsOf(limits, Reads::Metadata));
+      }),
+      py::arg("path"), py::arg("block_design") = Text{}, py::kw_only(),
+      py::arg("limits") = py::none(),
+      "Reads the document; block_design names the block design that holds the kernels. A "
+      "document that\nis bad or holds no kernel raises xrf.Error. The limits are those whose names "
+      "begin with xml.");
   type.def_property_readonly(
       "block_design", [](const EmulationMap& self) { return Text{self.blockDesign()}; },
       "Name of the block design.");
@@ -220,7 +205,7 @@ void bindEmulation(py::module_& module) {
   type.def("arguments", arguments, py::arg("kernel"),
            "The arguments of a kernel: name, signal in the RTL, and in the emulation netlist.");
   addQueries(type);
-  type.def("to_dict", toDict, "All of it, with the keys of `xrf emu --json`.");
+  type.def("to_dict", emulationDict, "All of it, with the keys of `xrf emu --json`.");
   type.def("__len__", [](const EmulationMap& self) { return kernelNames(self).size(); });
   type.def("__iter__", [](const EmulationMap& self) { return py::iter(kernelNames(self)); });
   type.def("__repr__", [](const EmulationMap& self) {

@@ -1,9 +1,9 @@
 #include <python/Bindings.h>
 #include <python/ElementConversion.h>
 #include <python/Elements.h>
-#include <python/MetadataDocument.h>
+#include <python/LimitsArgument.h>
 #include <python/Text.h>
-#include <tools/xrf/Failure.h>
+#include <tools/xrf/MetadataDocument.h>
 
 #include <filesystem>
 #include <fmt/format.h>
@@ -22,7 +22,7 @@ py::tuple faultOf(const lmx60::s_debug_error& fault) {
 }
 
 // The project, or None where an error kept it from being read, and the faults.
-py::tuple toPython(const MetadataDocument& document) {
+py::tuple resultOf(const MetadataDocument& document) {
   py::list faults;
   bool good = true;
   for (const lmx60::s_debug_error& fault : document.faults) {
@@ -34,20 +34,22 @@ py::tuple toPython(const MetadataDocument& document) {
   return py::make_tuple(project, std::move(faults));
 }
 
-py::tuple read(const std::filesystem::path& path) {
+py::tuple read(const std::filesystem::path& path, const py::object& limits) {
+  const XRF_RTL2LL::Limits wanted = limitsOf(limits, Reads::Metadata);
   const MetadataDocument document = [&] {
     const py::gil_scoped_release released;
-    return readMetadata(path.string());
+    return readMetadata(path.string(), wanted);
   }();
-  return toPython(document);
+  return resultOf(document);
 }
 
-py::tuple parse(const std::string& text) {
+py::tuple parse(const std::string& text, const py::object& limits) {
+  const XRF_RTL2LL::Limits wanted = limitsOf(limits, Reads::Metadata);
   const MetadataDocument document = [&] {
     const py::gil_scoped_release released;
-    return parseMetadata(text);
+    return parseMetadata(text, wanted);
   }();
-  return toPython(document);
+  return resultOf(document);
 }
 
 Movrel::Project projectOf(const py::object& object) {
@@ -82,8 +84,8 @@ std::string textOf(const py::object& object) {
 }  // namespace
 
 void bindMetadata(py::module_& module) {
-  module.def("metadata_read", read, py::arg("path"));
-  module.def("metadata_parse", parse, py::arg("text"));
+  module.def("metadata_read", read, py::arg("path"), py::arg("limits"));
+  module.def("metadata_parse", parse, py::arg("text"), py::arg("limits"));
   module.def("metadata_write", write, py::arg("project"), py::arg("path"));
   module.def("metadata_text", textOf, py::arg("project"));
 }

@@ -15,9 +15,10 @@ using XRF_RTL2LL::Design;
 using XRF_RTL2LL::EdifView;
 using XRF_RTL2LL::ModelScope;
 
-OpenDesign::OpenDesign(XRF_RTL2LL::Matching matching) {
+OpenDesign::OpenDesign(const DesignReading& how) {
   const ModelScope scope(m_model);
-  m_design = std::make_unique<Design>(matching);
+  m_design = std::make_unique<Design>(how.matching);
+  m_design->setLimits(how.limits);
 }
 
 XRF_RTL2LL::Module* OpenDesign::top(EdifView view) const {
@@ -88,14 +89,13 @@ void OpenDesign::readDeviceFiles(const DesignFiles& files, Read& read) {
   m_design->initializeBits();
 }
 
-std::shared_ptr<OpenDesign> OpenDesign::read(const DesignFiles& files,
-                                             XRF_RTL2LL::Matching matching,
+std::shared_ptr<OpenDesign> OpenDesign::read(const DesignFiles& files, const DesignReading& how,
                                              Read::Progress progress) {
   for (const std::string* input :
        {&files.rtl, &files.synth, &files.xrf, &files.locations, &files.log}) {
     if (!input->empty()) requireReadable(*input);
   }
-  auto opened = std::make_shared<OpenDesign>(matching);
+  auto opened = std::make_shared<OpenDesign>(how);
   Read read(std::move(progress));
   try {
     opened->readDesign(files, read);

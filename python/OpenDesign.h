@@ -18,15 +18,21 @@ struct DesignFiles {
   std::string log;
 };
 
+/// How a design's files are read.
+struct DesignReading {
+  XRF_RTL2LL::Matching matching;
+  XRF_RTL2LL::Limits limits;
+};
+
 /// A design that was read to its end, in a model of its own. Nothing changes it from then on but
 /// `save`, so whoever holds the interpreter's lock may look into it.
 class OpenDesign {
  public:
   /// Reads the files, without any need of the interpreter but for what `progress` does.
-  static std::shared_ptr<OpenDesign> read(const DesignFiles& files, XRF_RTL2LL::Matching matching,
+  static std::shared_ptr<OpenDesign> read(const DesignFiles& files, const DesignReading& how,
                                           Read::Progress progress);
 
-  explicit OpenDesign(XRF_RTL2LL::Matching matching);
+  explicit OpenDesign(const DesignReading& how);
 
   const XRF_RTL2LL::Design& design() const { return *m_design; }
   XRF_RTL2LL::Module* top(XRF_RTL2LL::EdifView view) const;

@@ -1,4 +1,5 @@
 #include <python/Words.h>
+#include <tools/xrf/Words.h>
 
 #include <stdexcept>
 
@@ -50,37 +51,10 @@ const char* wordOf(XRF_RTL2LL::opKind kind) {
   return "HIER";
 }
 
-const char* wordOf(XRF_RTL2LL::signalKind direction) {
-  switch (direction) {
-    case XRF_RTL2LL::IN:
-      return "IN";
-    case XRF_RTL2LL::OUT:
-      return "OUT";
-    case XRF_RTL2LL::WIRE:
-      break;
-  }
-  return "WIRE";
-}
+const char* wordOf(XRF_RTL2LL::signalKind direction) { return directionName(direction); }
 
-const char* kindOf(const Bit* bit) {
-  if (bit == nullptr) return "NONE";
-  switch (bit->getKind()) {
-    case Bit::STATE:
-      return "STATE";
-    case Bit::CNST:
-      return "CNST";
-    case Bit::UNREAD:
-      return "UNREAD";
-    case Bit::UNKNOWN:
-      break;
-  }
-  return "UNKNOWN";
-}
+const char* kindOf(const Bit* bit) { return bit == nullptr ? "NONE" : kindName(bit->getKind()); }
 
-std::string valueOf(const Bit* bit) {
-  if (bit == nullptr) return {};
-  if (bit->getKind() != Bit::CNST) return bit->getValueStr(false);
-  return bit->getValue() ? "1" : "0";
-}
+std::string valueOf(const Bit* bit) { return bit == nullptr ? std::string() : valueText(*bit); }
 
 }  // namespace xrf::python

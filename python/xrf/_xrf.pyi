@@ -15,6 +15,7 @@ from .types import (
     Direction,
     EmulationDict,
     KernelArgument,
+    Limits,
     LocationReport,
     LogReport,
     Matching,
@@ -142,6 +143,7 @@ class Design:
         logic_location: Path | None = None,
         log: Path | None = None,
         matching: Matching = "extended",
+        limits: Limits | None = None,
         progress: Progress | None = None,
     ) -> Design: ...
     @staticmethod
@@ -151,6 +153,7 @@ class Design:
         logic_location: Path | None = None,
         log: Path | None = None,
         matching: Matching = "extended",
+        limits: Limits | None = None,
         progress: Progress | None = None,
     ) -> Design: ...
     def save(self, path: Path, *, hide_hidden: bool = False) -> None: ...
@@ -186,7 +189,9 @@ class Design:
     def __deepcopy__(self, memo: object) -> Design: ...
 
 class HardwareEmulationMap:
-    def __init__(self, path: Path, block_design: str = "") -> None: ...
+    def __init__(
+        self, path: Path, block_design: str = "", *, limits: Limits | None = None
+    ) -> None: ...
     @property
     def block_design(self) -> str: ...
     @property
@@ -204,7 +209,7 @@ class HardwareEmulationMap:
 
 _Faults = list[tuple[int, str, int, int, str, str]]
 
-def metadata_read(path: Path) -> tuple[metadata.Project | None, _Faults]: ...
-def metadata_parse(text: str) -> tuple[metadata.Project | None, _Faults]: ...
+def metadata_read(path: Path, limits: Limits | None) -> tuple[metadata.Project | None, _Faults]: ...
+def metadata_parse(text: str, limits: Limits | None) -> tuple[metadata.Project | None, _Faults]: ...
 def metadata_write(project: metadata.Project, path: Path) -> None: ...
 def metadata_text(project: metadata.Project) -> str: ...

@@ -17,6 +17,26 @@ Path = Union[str, "os.PathLike[str]"]
 Progress = Callable[[str, int, int], object]
 
 
+class Limits(TypedDict, total=False):
+    """What the files may ask for before they are refused, for `limits` of what reads them; those of
+    the command's `--max-...` options."""
+
+    word_length: int
+    list_nesting: int
+    elaboration_nesting: int
+    objects_per_word: int
+    work: int
+    module_nesting: int
+    instances: int
+    objects: int
+    path_bytes: int
+    signal_index: int
+    signal_width: int
+    xml_depth: int
+    xml_entities: int
+    xml_expansion: int
+
+
 class _Facts(TypedDict, total=False):
     """What is known of a bit; frame, offset and slr are there where it is located."""
 

@@ -77,7 +77,7 @@ def test_the_stub_says_what_is_compiled(tmp_path: Path) -> None:
 
 
 def signatures() -> dict[str, list[str]]:
-    """The parameters of each function in the stub."""
+    """Return the names of the parameters of each function that the stub declares."""
     found = {}
     for node in ast.parse((PACKAGE / "_xrf.pyi").read_text()).body:
         inside = node.body if isinstance(node, ast.ClassDef) else [node]
@@ -95,7 +95,7 @@ def signatures() -> dict[str, list[str]]:
 
 
 def compiled(name: str) -> list[str] | None:
-    """The parameters of a compiled function, from the first line of its description."""
+    """Return the names of a compiled function's parameters: its docstring begins with them."""
     function: object = _xrf
     for part in name.split("."):
         function = getattr(function, part)

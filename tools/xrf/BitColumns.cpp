@@ -1,4 +1,5 @@
 #include <tools/xrf/BitColumns.h>
+#include <tools/xrf/Words.h>
 
 #include <fmt/format.h>
 
@@ -7,20 +8,6 @@ namespace xrf {
 using XRF_RTL2LL::Bit;
 
 namespace {
-
-const char* kindName(Bit::BitKind kind) {
-  switch (kind) {
-    case Bit::STATE:
-      return "STATE";
-    case Bit::CNST:
-      return "CNST";
-    case Bit::UNREAD:
-      return "UNREAD";
-    case Bit::UNKNOWN:
-      break;
-  }
-  return "UNKNOWN";
-}
 
 Table::Cell kindCell(Bit::BitKind kind) {
   switch (kind) {
@@ -34,11 +21,6 @@ Table::Cell kindCell(Bit::BitKind kind) {
       break;
   }
   return {"unknown", Color::Dim};
-}
-
-std::string valueText(const Bit& bit) {
-  if (bit.getKind() != Bit::CNST) return bit.getValueStr(false);
-  return bit.getValue() ? "1" : "0";
 }
 
 }  // namespace

@@ -167,7 +167,7 @@ Status build(Session& session, const BuildOptions& options) {
   return Status::Done;
 }
 
-const char* const footer =
+const char* const buildFooter =
     "Reads the elaborated and the synthesized netlist (EDIF), or a cross-reference file instead "
     "of\n"
     "both; then the locations of the implemented design and the constants of the synthesis log.\n"
@@ -210,7 +210,7 @@ void addBuild(CLI::App& app, Session& session) {
       app.add_subcommand("build", "Tie a design's files together into a cross-reference file");
   const auto options = std::make_shared<BuildOptions>();
   addOptions(*subcommand, *options);
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, buildFooter);
   addLimitOptions(*subcommand, session, Reads::Netlists);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return build(current, *options); };

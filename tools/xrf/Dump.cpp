@@ -55,7 +55,7 @@ Status dump(Session& session, const std::string& file) {
   return Status::Done;
 }
 
-const char* const footer =
+const char* const dumpFooter =
     "Prints one record per bit, then the module tree of each view, hidden cells and signals\n"
     "included. Meant for reading; xrf build --xrf writes a file that reads back.\n"
     "With --json the records are one text: {\"command\":\"dump\",\"file\":...,\"text\":...}.\n"
@@ -68,7 +68,7 @@ void addDump(CLI::App& app, Session& session) {
   CLI::App* subcommand = app.add_subcommand("dump", "Print the whole model as text");
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Cross-reference file (.xrf)")->required()->type_name("");
-  addCommonOptions(*subcommand, session, footer);
+  addCommonOptions(*subcommand, session, dumpFooter);
   addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return dump(current, *file); };

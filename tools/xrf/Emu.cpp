@@ -1,8 +1,9 @@
 #include <crossreference/XRFDataBaseInterface.h>
 #include <hpi/HPICommonUtils.h>
 #include <tools/xrf/Csv.h>
+#include <tools/xrf/EmulationCheck.h>
+#include <tools/xrf/Json.h>
 #include <tools/xrf/LimitOptions.h>
-#include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
 #include <tools/xrf/Table.h>
@@ -12,7 +13,6 @@
 
 namespace xrf {
 
-using XRF::ControllingConnection;
 using XRF::HardwareEmulationMap;
 using XRF::KernelArgument;
 
@@ -22,25 +22,6 @@ struct EmuOptions {
   std::string file;
   std::string design;
 };
-
-// The map reads in silence, and never comes back from some documents; so the document is looked at
-// before.
-void requireMappable(const std::string& file, const XRF_RTL2LL::Limits& limits) {
-  const MetadataDocument document = readMetadata(file, limits);
-  if (const lmx60::s_debug_error* error = document.firstError()) throw failureOf(*error, file);
-  switch (HardwareEmulationMap::controllingConnection(document.project)) {
-    case ControllingConnection::NotSought:
-      throw Failure("the first core of the first device lists no kernel", file);
-    case ControllingConnection::Endless:
-      throw Failure(
-          "the core's first connection does not control its kernels: it leads neither to the core "
-          "nor to a port S_AXI_CONTROL",
-          file);
-    case ControllingConnection::Absent:
-    case ControllingConnection::Found:
-      break;
-  }
-}
 
 Json kernelJson(HardwareEmulationMap& map, const std::string& kernel) {
   Json computeUnits = Json::array();
@@ -119,7 +100,7 @@ Status emu(Session& session, const EmuOptions& options) {
   return Status::Done;
 }
 
-const char* const footer =
+const char* const emuFooter =
     "Reads the metadata document of a compiled container: its kernels, their compute units, the\n"
     "conditions on which a simulator stops when one starts or ends, and the signals that carry "
     "the\n"
@@ -141,7 +122,7 @@ void addEmu(CLI::App& app, Session& session) {
       ->type_name("");
   subcommand->add_option("--bd", options->design, "Block design that holds the kernels")
       ->type_name("NAME");
-  addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addCommonOptions(*subcommand, session, emuFooter, Csv::Offered);
   addLimitOptions(*subcommand, session, Reads::Metadata);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return emu(current, *options); };

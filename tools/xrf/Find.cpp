@@ -8,6 +8,7 @@
 #include <tools/xrf/Subcommands.h>
 #include <tools/xrf/Suggestions.h>
 #include <tools/xrf/ViewOption.h>
+#include <tools/xrf/Words.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -34,18 +35,6 @@ struct FindOptions {
   bool filters() const { return located || unlocated; }
 };
 
-const char* directionName(const Signal& signal) {
-  switch (signal.getKind()) {
-    case XRF_RTL2LL::IN:
-      return "IN";
-    case XRF_RTL2LL::OUT:
-      return "OUT";
-    case XRF_RTL2LL::WIRE:
-      break;
-  }
-  return "WIRE";
-}
-
 // The bit of an index, or null for an index that has none.
 const Bit* bitAt(const Signal& signal, unsigned index) {
   const BitRef* ref = signal.getBitRef(index, true);
@@ -71,7 +60,7 @@ Json signalJson(const SignalHit& hit) {
   const Signal& signal = *hit.signal;
   return {{"view", viewName(hit.view)},
           {"name", signal.getFullName()},
-          {"direction", directionName(signal)},
+          {"direction", directionName(signal.getKind())},
           {"lsb", signal.getLsb()},
           {"msb", signal.getMsb()},
           {"bits", Json::array()}};
@@ -139,7 +128,7 @@ void printCsv(const SearchResult& result) {
   for (const SignalHit& hit : result.signals) {
     eachIndex(hit, [&](unsigned index) {
       std::vector<std::string> fields{std::string(viewName(hit.view)), hit.signal->getFullName(),
-                                      std::to_string(index), directionName(*hit.signal)};
+                                      std::to_string(index), directionName(hit.signal->getKind())};
       const Bit* bit = bitAt(*hit.signal, index);
       if (bit != nullptr) {
         addBit(fields, *bit);
@@ -155,7 +144,8 @@ Table::Row bitRow(const SignalHit& hit, unsigned index) {
   const Signal& signal = *hit.signal;
   std::string name = printable(signal.getFullName());
   if (signal.getMsb() != 0) name += fmt::format("[{}]", index);
-  Table::Row row{{std::string(viewName(hit.view))}, {std::move(name)}, {directionName(signal)}};
+  Table::Row row{
+      {std::string(viewName(hit.view))}, {std::move(name)}, {directionName(signal.getKind())}};
   const Bit* bit = bitAt(signal, index);
   if (bit == nullptr) {
     row.push_back({"none", Color::Dim});
@@ -237,7 +227,7 @@ Status find(Session& session, const FindOptions& options) {
   return result.notFound.empty() ? Status::Done : Status::NotFound;
 }
 
-const char* const footer =
+const char* const findFooter =
     "A name without a leading \"/\" is taken below the top. \"*\" matches any characters, \"/\"\n"
     "included, and \"?\" matches one; brackets are themselves. A bit is asked for as written in "
     "RTL:\n"
@@ -279,7 +269,7 @@ void addFind(CLI::App& app, Session& session) {
   subcommand->add_flag("--regex", options->regex, "Take the names as regular expressions");
   subcommand->add_flag("--located", options->located, "Show only bits that have a place");
   subcommand->add_flag("--unlocated", options->unlocated, "Show only bits that have none");
-  addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addCommonOptions(*subcommand, session, findFooter, Csv::Offered);
   addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return find(current, *options); };

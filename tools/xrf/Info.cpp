@@ -75,7 +75,7 @@ Status info(Session& session, const std::string& file) {
   return Status::Done;
 }
 
-const char* const footer =
+const char* const infoFooter =
     "Bits are counted once per view, however many signals share them. A located bit has a frame\n"
     "address and an offset; an unread one is a register that was looked for in vain. What no\n"
     "register drives stays unknown, so a share of 100 % is not to be expected of bits; of the\n"
@@ -91,7 +91,7 @@ void addInfo(CLI::App& app, Session& session) {
       "info", "Count what a cross-reference file holds, and how much is located");
   const auto file = std::make_shared<std::string>();
   subcommand->add_option("FILE", *file, "Cross-reference file (.xrf)")->required()->type_name("");
-  addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addCommonOptions(*subcommand, session, infoFooter, Csv::Offered);
   addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, file] {
     session.action = [file](Session& current) { return info(current, *file); };

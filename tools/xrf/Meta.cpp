@@ -96,7 +96,7 @@ Status format(Session& session, const FormatOptions& options) {
     throw UsageFailure("--json needs standard output for its document; write to a file");
   }
   const MetadataDocument document = readMetadata(options.file, session.options.limits);
-  if (const s_debug_error* error = document.firstError()) throw failureOf(*error, options.file);
+  requireGood(document, options.file);
   if (!options.dropUnknown) requireKnown(document, options.file);
   write(document.project, options.output);
   if (session.options.json) {

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <ocl/src/shared/schemas/HPIMovrelXmlReaderWriterLMX.h>
-#include <tools/xrf/Json.h>
+#include <support/Limits.h>
+#include <tools/xrf/Failure.h>
 
 #include <string>
 #include <vector>
@@ -17,10 +18,14 @@ struct MetadataDocument {
   const lmx60::s_debug_error* firstError() const;
 };
 
-/// Reads a document to its end as far as its faults and the limits allow.
+/// Read a document to its end as far as its faults and the limits allow.
 MetadataDocument readMetadata(const std::string& file, const XRF_RTL2LL::Limits& limits);
+MetadataDocument parseMetadata(const std::string& text, const XRF_RTL2LL::Limits& limits);
 
 /// A fault as a failure of the command.
 Failure failureOf(const lmx60::s_debug_error& fault, const std::string& file);
+
+/// Throws the first error of `document`, which was read from `file`.
+void requireGood(const MetadataDocument& document, const std::string& file);
 
 }  // namespace xrf

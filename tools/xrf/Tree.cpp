@@ -124,7 +124,7 @@ std::string wholeNumber(const std::string& text) {
   return digits && !text.empty() ? "" : "'" + text + "' is no whole number";
 }
 
-const char* const footer =
+const char* const treeFooter =
     "One line per module: instance, definition in parentheses, signals. Hidden cells (registers,\n"
     "look-up tables and other primitives) are counted, and listed with --hidden.\n"
     "With --json: "
@@ -146,7 +146,7 @@ void addTree(CLI::App& app, Session& session) {
       ->type_name("N");
   addViewOption(*subcommand, options->view, "The view to print: rtl (default) or synth");
   subcommand->add_flag("--hidden", options->hidden, "List hidden cells, too");
-  addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addCommonOptions(*subcommand, session, treeFooter, Csv::Offered);
   addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return tree(current, *options); };

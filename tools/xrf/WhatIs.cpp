@@ -153,7 +153,7 @@ Status whatIs(Session& session, const WhatIsOptions& options) {
   return Status::NotFound;
 }
 
-const char* const footer =
+const char* const whatIsFooter =
     "The reverse of find. The place is a frame address (0x and hexadecimal, or decimal), the "
     "offset\n"
     "of the bit in the frame and the super logic region (0 if left out). The name is one of the\n"
@@ -184,7 +184,7 @@ void addWhatIs(CLI::App& app, Session& session) {
       ->required();
   add("OFFSET", options->offset, "Offset of the bit in the frame");
   add("SLR", options->slr, "Super logic region (default 0)");
-  addCommonOptions(*subcommand, session, footer, Csv::Offered);
+  addCommonOptions(*subcommand, session, whatIsFooter, Csv::Offered);
   addLimitOptions(*subcommand, session, Reads::CrossReference);
   subcommand->callback([&session, options] {
     session.action = [options](Session& current) { return whatIs(current, *options); };

@@ -19,7 +19,7 @@ using xrf::Status;
 
 const char* const description =
     "Name a register of the RTL and learn where its value sits in the device.";
-const char* const footer =
+const char* const mainFooter =
     "Exit status: 0 done, 1 bad input or failed work, 2 wrong usage, 3 a name was not found.\n"
     "Example:\n"
     "  xrf build --rtl top_rtl.edf --synth top_synth.edf --ll top.ll -o top.xrf\n"
@@ -97,7 +97,7 @@ int runCommandLine(int argc, char** argv) {
   CLI::App app(description, "xrf");
   app.set_version_flag("--version", xrf::versionText(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.footer(footer);
+  app.footer(mainFooter);
   app.require_subcommand(1);
   xrf::addBuild(app, session);
   xrf::addInfo(app, session);

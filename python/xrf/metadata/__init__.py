@@ -19,6 +19,7 @@ from dataclasses import dataclass
 
 from .. import _xrf
 from .._error import Error
+from ..types import Limits
 from . import _elements
 from ._elements import *
 
@@ -44,22 +45,22 @@ class UnknownContent(UserWarning):
     are written."""
 
 
-def read(path: str | os.PathLike[str]) -> Project:
+def read(path: str | os.PathLike[str], *, limits: Limits | None = None) -> Project:
     """The document in a file. A bad one raises `xrf.Error`; content that is not known is told by the
-    warning `UnknownContent`."""
-    project, faults = _xrf.metadata_read(path)
+    warning `UnknownContent`. The limits are those whose names begin with xml."""
+    project, faults = _xrf.metadata_read(path, limits)
     return _project(project, [Fault(*fault) for fault in faults], os.fspath(path))
 
 
-def parse(text: str) -> Project:
+def parse(text: str, *, limits: Limits | None = None) -> Project:
     """The document in a text; see `read`."""
-    project, faults = _xrf.metadata_parse(text)
+    project, faults = _xrf.metadata_parse(text, limits)
     return _project(project, [Fault(*fault) for fault in faults], None)
 
 
-def check(path: str | os.PathLike[str]) -> list[Fault]:
+def check(path: str | os.PathLike[str], *, limits: Limits | None = None) -> list[Fault]:
     """Every fault of a document, in its order. One without errors can be read."""
-    return [Fault(*fault) for fault in _xrf.metadata_read(path)[1]]
+    return [Fault(*fault) for fault in _xrf.metadata_read(path, limits)[1]]
 
 
 def write(project: Project, path: str | os.PathLike[str]) -> None:
