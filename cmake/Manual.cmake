@@ -6,7 +6,7 @@ endif()
 
 set(folder ${PROJECT_BINARY_DIR}/man)
 set(pages xrf.1 xrf.5 xrf-build.1 xrf-info.1 xrf-find.1 xrf-whatis.1 xrf-tree.1 xrf-dump.1 xrf-emu.1
-    xrf-meta-check.1 xrf-meta-format.1)
+    xrf-meta.1 xrf-meta-check.1 xrf-meta-format.1)
 list(TRANSFORM pages APPEND .gz OUTPUT_VARIABLE packed)
 list(TRANSFORM packed PREPEND ${folder}/)
 find_program(XRF_GZIP gzip REQUIRED)

@@ -9,7 +9,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-SUBCOMMANDS = ["build", "info", "find", "whatis", "tree", "dump", "emu", "meta check", "meta format"]
+SUBCOMMANDS = ["build", "info", "find", "whatis", "tree", "dump", "emu", "meta", "meta check", "meta format"]
 
 # What the command is, for who reads its own page first; its help leaves this to the README.
 ABOUT = """\

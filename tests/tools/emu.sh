@@ -7,6 +7,7 @@ run 0 emu vadd.xml --bd bd && golden emu/vadd.txt
 run 0 emu vadd.xml --bd bd --json && golden emu/vadd.json
 run 0 emu vadd.xml
 has out ' == //OCL_Region_0/'
+has err 'xrf: warning: the paths lack the name of the block design; give it with --bd'
 
 core() {
   printf '<project><platform><host/><device><core name="c">%s</core></device></platform></project>\n' \

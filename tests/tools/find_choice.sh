@@ -89,6 +89,9 @@ has err "nothing is named 'q[0]'"
 input '' find small.xrf --quiet -
 has status 0
 lines out 0
+input 'q[0]' find /dev/stdin --quiet -
+has status 2
+has err 'standard input cannot give both the names and the file'
 input 'q[1]\n' find small.xrf --quiet --view rtl 'q[0]' - 'q[2]'
 lines out 4
 
@@ -144,6 +147,11 @@ run 3 find small.xrf --quiet u1/vaild
 has err "nothing is named 'u1/vaild'; did you mean '/top/u1/valid'?"
 run 3 whatis small.xrf --quiet u1/vlid
 has err "did you mean '/top/u1/valid'?"
+# A name without its module is looked for in all of them; with one, only there.
+run 3 find small.xrf --quiet vaild
+has err "nothing is named 'vaild'; did you mean '/top/u1/valid'?"
+run 3 find small.xrf --quiet nowhere/vaild
+hasnt err 'did you mean'
 
 run 0 --version
 head -n 1 out >first

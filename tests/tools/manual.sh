@@ -14,7 +14,7 @@ groff -man -Tascii -P-cbou xrf.1 | tr -s ' \n' ' ' >text
 last_run=xrf.1
 has text 'DESCRIPTION xrf reads what the build'
 hasnt text 'Exit status:'
-for subcommand in build info find whatis tree dump emu 'meta check' 'meta format'; do
+for subcommand in build info find whatis tree dump emu meta 'meta check' 'meta format'; do
   page=xrf-${subcommand// /-}.1
   # Without the blanks and line ends that fill the lines of a page.
   groff -man -Tascii -P-cbou "$page" | tr -s ' \n' ' ' | sed 's/- //g' >text

@@ -77,4 +77,20 @@ run 2 nosuch
 has err "no subcommand is named 'nosuch'"
 run 2 info
 has err 'xrf info --help'
+
+# What may have been meant, and whose help tells.
+run 2 fnid a.xrf name
+has err "no subcommand is named 'fnid'; did you mean 'find'? (see xrf --help)"
+run 2 meta chekc a.xml
+has err "no subcommand is named 'chekc'; did you mean 'check'? (see xrf meta --help)"
+run 2 meta check
+has err 'FILE is required (see xrf meta check --help)'
+run 2 find --vew rtl a.xrf name
+has err "no option is named '--vew'; did you mean '--view'? (see xrf find --help)"
+run 2 info --max-objcets=5 a.xrf
+has err "no option is named '--max-objcets=5'; did you mean '--max-objects'? (see xrf info --help)"
+run 2 info -z a.xrf
+has err "no option is named '-z' (see xrf info --help)"
+run 2 completely --else
+has err "no subcommand is named 'completely' (see xrf --help)"
 finish

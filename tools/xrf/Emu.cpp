@@ -83,6 +83,9 @@ void printKernel(HardwareEmulationMap& map, const std::string& kernel, bool colo
 
 Status emu(Session& session, const EmuOptions& options) {
   requireMappable(options.file, session.options.limits);
+  if (options.design.empty()) {
+    session.console.warn("the paths lack the name of the block design; give it with --bd");
+  }
   HPICommonUtils::setBDDesignName(options.design);
   HardwareEmulationMap map(options.file, session.options.limits);
   if (session.options.json) {

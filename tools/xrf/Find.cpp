@@ -195,7 +195,7 @@ std::vector<std::string> namesOf(const FindOptions& options) {
   if (options.located && options.unlocated) {
     throw UsageFailure("--located and --unlocated leave nothing to show");
   }
-  if (!options.names.empty()) return withStandardInput(options.names);
+  if (!options.names.empty()) return withStandardInput(options.names, options.file);
   if (!options.filters()) throw UsageFailure("NAME is required (see xrf find --help)");
   return {options.regex ? "" : "*"};
 }

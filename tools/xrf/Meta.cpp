@@ -1,4 +1,5 @@
 #include <tools/xrf/AtomicOutput.h>
+#include <tools/xrf/Json.h>
 #include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/MetadataDocument.h>
 #include <tools/xrf/StandardOutput.h>

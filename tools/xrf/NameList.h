@@ -6,7 +6,8 @@
 namespace xrf {
 
 /// The names that a command line gives, with "-" replaced by the lines of standard input. Empty
-/// lines are none.
-std::vector<std::string> withStandardInput(const std::vector<std::string>& names);
+/// lines are none. They cannot come from there if `file` does, too: a UsageFailure.
+std::vector<std::string> withStandardInput(const std::vector<std::string>& names,
+                                           const std::string& file);
 
 }  // namespace xrf

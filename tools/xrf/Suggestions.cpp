@@ -1,3 +1,4 @@
+#include <tools/xrf/EditDistance.h>
 #include <tools/xrf/ModuleWalk.h>
 #include <tools/xrf/NameReading.h>
 #include <tools/xrf/Search.h>
@@ -19,6 +20,7 @@ constexpr std::size_t namesHelped = 10;
 constexpr std::size_t suggestionsEach = 3;
 constexpr unsigned farthest = 3;
 constexpr unsigned sameLastPart = farthest + 1;
+constexpr unsigned beyond = sameLastPart + farthest + 1;
 // A name much longer than any that tools write is no slip of a finger.
 constexpr std::size_t longestName = 1000;
 
@@ -30,33 +32,6 @@ std::string lowered(std::string text) {
 std::string_view lastPart(std::string_view name) {
   const std::size_t slash = name.rfind('/');
   return slash == std::string_view::npos ? name : name.substr(slash + 1);
-}
-
-// How many characters must be put in, left out or replaced, or neighbours exchanged, to make `b` of
-// `a`; anything above `most` for more than that. Only entries near the diagonal can count.
-unsigned distance(std::string_view a, std::string_view b, unsigned most) {
-  if (a.size() + most < b.size() || b.size() + most < a.size()) return most + 1;
-  const std::size_t width = b.size() + 1;
-  std::vector<unsigned> before(width);
-  std::vector<unsigned> last(width);
-  std::vector<unsigned> row(width);
-  for (std::size_t j = 0; j < width; ++j) last[j] = static_cast<unsigned>(j);
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::fill(row.begin(), row.end(), most + 1);
-    if (i <= most) row[0] = static_cast<unsigned>(i);
-    unsigned least = row[0];
-    for (std::size_t j = i > most ? i - most : 1; j < width && j <= i + most; ++j) {
-      const unsigned replaced = last[j - 1] + (a[i - 1] == b[j - 1] ? 0U : 1U);
-      row[j] = std::min({replaced, last[j] + 1, row[j - 1] + 1});
-      const bool exchanged = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
-      if (exchanged) row[j] = std::min(row[j], before[j - 2] + 1);
-      least = std::min(least, row[j]);
-    }
-    if (least > most) return most + 1;
-    before.swap(last);
-    last.swap(row);
-  }
-  return last[b.size()];
 }
 
 // A name that was asked for, and the nearest ones met so far.
@@ -71,16 +46,17 @@ class Sought {
     // The more was typed of a name's own part, the more of it may be wrong.
     const std::size_t size = lastPart(name.substr(0, name.find('['))).size();
     m_most = size < 4 ? 1 : (size < 8 ? 2 : farthest);
+    m_anywhere = name.find('/') == std::string::npos;
   }
 
   const std::string& name() const { return m_name; }
 
   void meet(const std::string& fullName, const std::string& low) {
-    unsigned best = farthest + 2;
+    unsigned best = beyond;
     for (const std::string& wanted : m_wanted) {
       best = std::min(best, nearness(wanted, low));
     }
-    if (best > sameLastPart) return;
+    if (best >= beyond) return;
     const auto place =
         std::upper_bound(m_nearest.begin(), m_nearest.end(), best,
                          [](unsigned value, const Near& near) { return value < near.distance; });
@@ -94,7 +70,11 @@ class Sought {
 
   std::vector<std::string> nearest() const {
     std::vector<std::string> names;
-    for (const Near& near : m_nearest) names.push_back(near.name);
+    for (const Near& near : m_nearest) {
+      const bool guess = near.distance > sameLastPart;
+      if (guess && m_nearest.front().distance <= sameLastPart) break;
+      names.push_back(near.name);
+    }
     return names;
   }
 
@@ -105,14 +85,18 @@ class Sought {
   };
 
   unsigned nearness(const std::string& wanted, const std::string& low) const {
-    const unsigned changes = distance(wanted, low, m_most);
+    const unsigned changes = editDistance(wanted, low, m_most);
     if (changes <= m_most) return changes;
-    return lastPart(wanted) == lastPart(low) ? sameLastPart : farthest + 2;
+    if (lastPart(wanted) == lastPart(low)) return sameLastPart;
+    if (!m_anywhere) return beyond;
+    const unsigned ofLast = editDistance(lastPart(wanted), lastPart(low), m_most);
+    return ofLast <= m_most ? sameLastPart + ofLast : beyond;
   }
 
   std::string m_name;
   std::vector<std::string> m_wanted;  // in lower case, with and without an index
   unsigned m_most = 0;
+  bool m_anywhere = false;  // the name does not say in which module
   std::vector<Near> m_nearest;
 };
 

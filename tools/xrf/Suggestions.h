@@ -15,8 +15,9 @@ struct SuggestionOptions {
 };
 
 /// The full names nearest to each of some names that nothing has, the nearest first: names that
-/// differ in few characters or only in case, and those that are the same in their last part. Names
-/// without any are left out; so are all but the first few asked for, and those with wildcards.
+/// differ in few characters or only in case, and those that are the same in their last part, or
+/// nearly so where nothing else was asked for. Names without any are left out; so are all but the
+/// first few asked for, and those with wildcards.
 std::map<std::string, std::vector<std::string>> suggestionsFor(
     const XRF_RTL2LL::Design& design, const std::vector<std::string>& names,
     const SuggestionOptions& options);

@@ -2,6 +2,7 @@
 #include <tools/xrf/Json.h>
 #include <tools/xrf/StandardOutput.h>
 #include <tools/xrf/Subcommands.h>
+#include <tools/xrf/UsageText.h>
 #include <tools/xrf/Version.h>
 
 #include <CLI/CLI.hpp>
@@ -76,20 +77,7 @@ bool asksForJson(int count, char** arguments) {
 int reportUsage(Session& session, const CLI::App& app, const CLI::ParseError& error, int count,
                 char** arguments) {
   session.options.json = asksForJson(count, arguments);
-  const std::vector<const CLI::App*> chosen =
-      app.get_subcommands([](const CLI::App* subcommand) { return subcommand->parsed(); });
-  const std::vector<std::string> left = app.remaining();
-  const auto unknown = std::find_if(left.begin(), left.end(), [](const std::string& word) {
-    return word.empty() || word.front() != '-';
-  });
-  std::string text = error.what();
-  std::string help = "xrf --help";
-  if (!chosen.empty()) {
-    help = "xrf " + chosen.front()->get_name() + " --help";
-  } else if (unknown != left.end()) {
-    text = "no subcommand is named '" + xrf::printable(*unknown) + "'";
-  }
-  return report(session, Failure(text + " (see " + help + ")"), Status::Usage);
+  return report(session, xrf::usageFailure(app, error), Status::Usage);
 }
 
 int runCommandLine(int argc, char** argv) {
