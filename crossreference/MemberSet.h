@@ -77,27 +77,29 @@ T* candidate(const detail::Members& set, std::uint32_t id) {
 template <class IsWanted>
 Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted isWanted);
 
+/// As many slots as it pays to fetch ahead.
+inline std::span<const std::uintptr_t> firstOf(std::span<const std::uintptr_t> slots) {
+  constexpr std::size_t most = 4;
+  return slots.first(std::min(slots.size(), most));
+}
+
 /// Calls `visit` with every object, listed or not.
 template <class T, class Visit>
 void each(const detail::Members& set, Visit visit) {
   for (std::uint32_t at = 0; at < set.count; ++at) visit(object<T>(set.slots[at]));
 }
 
-/// Fetch the memory that settling a set will need, of its first objects: the objects, and once
-/// those are there, their names. To be asked for some sets ahead, where the objects are all over
-/// memory.
+/// Fetch the memory that settling a set of these slots will need, of its first objects: the
+/// objects, and once those are there, their names. To be asked for some sets ahead, where the
+/// objects are all over memory.
 template <class T>
-void prefetchObjects(const detail::Members& set) {
-  constexpr std::uint32_t most = 4;
-  for (std::uint32_t at = 0; at < std::min(set.count, most); ++at) {
-    __builtin_prefetch(object<T>(set.slots[at]), 1);
-  }
+void prefetchObjects(std::span<const std::uintptr_t> slots) {
+  for (const std::uintptr_t slot : firstOf(slots)) __builtin_prefetch(object<T>(slot), 1);
 }
 template <class T>
-void prefetchNames(const detail::Members& set) {
-  constexpr std::uint32_t most = 4;
-  for (std::uint32_t at = 0; at < std::min(set.count, most); ++at) {
-    __builtin_prefetch(ModelState::nameOf(object<T>(set.slots[at])));
+void prefetchNames(std::span<const std::uintptr_t> slots) {
+  for (const std::uintptr_t slot : firstOf(slots)) {
+    __builtin_prefetch(ModelState::nameOf(object<T>(slot)));
   }
 }
 

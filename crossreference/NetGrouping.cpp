@@ -22,10 +22,6 @@ std::uint64_t textKey(std::uint32_t number, bool last) {
   return (number * scale + scale - 1) * kinds + kinds - digits;
 }
 
-}  // namespace
-
-namespace {
-
 // The numbers of a signature in turn: the msb, the ids of the bits, the lsb.
 class SignatureWalk {
  public:
@@ -162,13 +158,16 @@ void NetGrouping::sortOneBitSignals() {
   }
 }
 
+std::span<std::uintptr_t> NetGrouping::oneBitSignalsOf(const Span& span) const {
+  return m_one_bit_signals.subspan(span.end - span.count, span.count);
+}
+
 void NetGrouping::makeNet(std::size_t from, std::size_t to) {
   Net* net = new Net;
   detail::Members& set = net->m_signals;
   const Group& group = m_groups[from];
   if (to - from == 1 && group.oneBit()) {
-    const Span span = m_spans[group.bit];
-    members::adopt(set, m_one_bit_signals.subspan(span.end - span.count, span.count));
+    members::adopt(set, oneBitSignalsOf(m_spans[group.bit]));
   } else {
     joinGroups(set, from, to);
   }
@@ -183,8 +182,7 @@ void NetGrouping::joinGroups(detail::Members& set, std::size_t from, std::size_t
       members::append(m_model.arena, set, group.first);
       continue;
     }
-    const Span span = m_spans[group.bit];
-    for (const std::uintptr_t slot : m_one_bit_signals.subspan(span.end - span.count, span.count)) {
+    for (const std::uintptr_t slot : oneBitSignalsOf(m_spans[group.bit])) {
       members::append(m_model.arena, set, members::object<Signal>(slot));
     }
   }
@@ -195,20 +193,15 @@ void NetGrouping::askForSignalsOf(std::size_t group) const {
   constexpr std::size_t spansAhead = 12;
   constexpr std::size_t signalsAhead = 8;
   constexpr std::size_t namesAhead = 4;
-  constexpr std::uint32_t most = 4;
   const auto spanOf = [&](std::size_t at) {
     return at < m_groups.size() && m_groups[at].oneBit() ? &m_spans[m_groups[at].bit] : nullptr;
   };
-  if (const Span* span = spanOf(group + spansAhead); span != nullptr) __builtin_prefetch(span);
-  const auto each = [&](const Span* span, auto visit) {
-    if (span == nullptr) return;
-    for (std::uint32_t at = 0; at < std::min(span->count, most); ++at) {
-      visit(members::object<Signal>(m_one_bit_signals[span->end - span->count + at]));
-    }
-  };
-  each(spanOf(group + signalsAhead), [](const Signal* signal) { __builtin_prefetch(signal, 1); });
-  each(spanOf(group + namesAhead),
-       [](const Signal* signal) { __builtin_prefetch(signal->m_name); });
+  const Span* const soon = spanOf(group + spansAhead);
+  if (soon != nullptr) __builtin_prefetch(soon);
+  const Span* const sooner = spanOf(group + signalsAhead);
+  if (sooner != nullptr) members::prefetchObjects<Signal>(oneBitSignalsOf(*sooner));
+  const Span* const next = spanOf(group + namesAhead);
+  if (next != nullptr) members::prefetchNames<Signal>(oneBitSignalsOf(*next));
 }
 
 void NetGrouping::run() {

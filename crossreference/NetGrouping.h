@@ -43,6 +43,8 @@ class NetGrouping {
   void askForBitOf(std::size_t place) const;
   void askForSignalsOf(std::size_t group) const;
   void joinGroups(detail::Members& set, std::size_t from, std::size_t to);
+  // Of a span whose signals are laid side by side.
+  std::span<std::uintptr_t> oneBitSignalsOf(const Span& span) const;
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <span>
 #include <unordered_map>
 
 namespace XRF_RTL2LL {
@@ -142,10 +143,12 @@ void XrfReader::settleNets() {
   constexpr std::size_t namesAhead = 8;
   const Registry<Net>& nets = m_state.model.nets;
   for (std::size_t place = 0; place < nets.nextPlace(); ++place) {
-    const auto ahead = [&](std::size_t distance, auto ask) {
-      if (const Net* net = nets.at(place + distance); net != nullptr) ask(net->m_signals);
+    using Slots = std::span<const std::uintptr_t>;
+    const auto ahead = [&](std::size_t distance, void (*ask)(Slots)) {
+      const Net* net = nets.at(place + distance);
+      if (net != nullptr) ask({net->m_signals.slots, net->m_signals.count});
     };
-    ahead(slotsAhead, [](const detail::Members& set) { __builtin_prefetch(set.slots); });
+    ahead(slotsAhead, [](Slots slots) { __builtin_prefetch(slots.data()); });
     ahead(signalsAhead, members::prefetchObjects<Signal>);
     ahead(namesAhead, members::prefetchNames<Signal>);
     if (const Net* net = nets.at(place); net != nullptr) net->getSignals();
