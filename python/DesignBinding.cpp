@@ -55,9 +55,10 @@ std::shared_ptr<OpenDesign> load(const Path& path, const MaybePath& locations, c
               {matchingOf(matching), limitsOf(limits, Reads::CrossReference)}, progress);
 }
 
-[[noreturn]] void raiseKeyError(const std::string& name, EdifView view, const char* what) {
+[[noreturn]] void raiseKeyError(const std::string& name, EdifView view, const char* what,
+                                const std::string& hint = {}) {
   const std::string text =
-      fmt::format("no {} of the {} view is named '{}'", what, wordOf(view), name);
+      fmt::format("no {} of the {} view is named '{}'{}", what, wordOf(view), name, hint);
   PyErr_SetObject(PyExc_KeyError, toPython(text).ptr());
   throw py::error_already_set();
 }
@@ -70,19 +71,24 @@ SearchResult lookUp(const Opened& self, const std::string& name, EdifView view) 
 
 SignalHandle signalOf(const Opened& self, const Text& name, const std::string& viewWord) {
   const EdifView view = viewOf(viewWord);
-  for (const SignalHit& hit : lookUp(self, name.value, view).signals) {
+  const SearchResult found = lookUp(self, name.value, view);
+  for (const SignalHit& hit : found.signals) {
     const bool whole = hit.lsb == hit.signal->getLsb() && hit.msb == hit.signal->getMsb();
     if (whole) return {self, view, hit.signal};
   }
-  raiseKeyError(name.value, view, "signal");
+  raiseKeyError(name.value, view, "signal",
+                found.signals.empty() ? "" : "; it names a bit, which bit() gives");
 }
 
 BitHandle bitOf(const Opened& self, const Text& name, const std::string& viewWord) {
   const EdifView view = viewOf(viewWord);
-  for (const SignalHit& hit : lookUp(self, name.value, view).signals) {
+  const SearchResult found = lookUp(self, name.value, view);
+  for (const SignalHit& hit : found.signals) {
     if (hit.lsb == hit.msb) return {{self, view, hit.signal}, hit.lsb};
   }
-  raiseKeyError(name.value, view, "single bit");
+  raiseKeyError(
+      name.value, view, "single bit",
+      found.signals.empty() ? "" : "; it names a signal of several, which signal() gives");
 }
 
 ModuleHandle moduleOf(const Opened& self, const Text& name, const std::string& viewWord) {
@@ -101,7 +107,10 @@ std::vector<EdifView> viewsOf(const std::optional<std::string>& word) {
 py::list find(const Opened& self, const py::args& names, const std::optional<std::string>& view,
               bool regex, bool hidden, std::optional<bool> located) {
   std::vector<std::string> asked;
-  for (const py::handle& name : names) asked.push_back(name.cast<Text>().value);
+  for (const py::handle& name : names) {
+    if (!py::isinstance<py::str>(name)) throw py::type_error("each name must be a str");
+    asked.push_back(name.cast<Text>().value);
+  }
   py::list made;
   for (const SignalHit& hit :
        search(self->design(), asked, {viewsOf(view), hidden, regex}).signals) {

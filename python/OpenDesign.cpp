@@ -1,5 +1,6 @@
 #include <python/OpenDesign.h>
 #include <support/FileReplacement.h>
+#include <tools/xrf/Doubts.h>
 #include <tools/xrf/Failure.h>
 #include <tools/xrf/InputCheck.h>
 
@@ -91,10 +92,14 @@ void OpenDesign::readDeviceFiles(const DesignFiles& files, Read& read) {
 
 std::shared_ptr<OpenDesign> OpenDesign::read(const DesignFiles& files, const DesignReading& how,
                                              Read::Progress progress) {
-  for (const std::string* input :
-       {&files.rtl, &files.synth, &files.xrf, &files.locations, &files.log}) {
-    if (!input->empty()) requireReadable(*input);
-  }
+  const auto check = [](const std::string& input, FileKind kind) {
+    if (!input.empty()) requireReadable(input, kind);
+  };
+  check(files.rtl, FileKind::Netlist);
+  check(files.synth, FileKind::Netlist);
+  check(files.xrf, FileKind::CrossReference);
+  check(files.locations, FileKind::Locations);
+  check(files.log, FileKind::Log);
   auto opened = std::make_shared<OpenDesign>(how);
   Read read(std::move(progress));
   try {
@@ -108,6 +113,12 @@ std::shared_ptr<OpenDesign> OpenDesign::read(const DesignFiles& files, const Des
     throw Failure(std::string("the file is malformed (") + error.what() + ")", read.input());
   } catch (const std::length_error& error) {
     throw Failure(std::string("the file is malformed (") + error.what() + ")", read.input());
+  }
+  if (files.xrf.empty() || !files.locations.empty() || !files.log.empty()) {
+    const DeviceFiles device{files.locations, files.log, how.matching};
+    for (const std::string& doubt : doubtsOf(*opened->m_design, device)) {
+      read.warn(doubt);
+    }
   }
   opened->m_warnings = read.warnings();
   return opened;

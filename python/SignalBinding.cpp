@@ -15,15 +15,18 @@ using XRF_RTL2LL::Signal;
 
 namespace {
 
-// From the most significant bit down. A wide signal costs no list.
+// From the most significant bit down, or upward. A wide signal costs no list.
 struct BitWalk {
   SignalHandle signal;
-  std::uint64_t left;
+  bool upward = false;
+  std::uint64_t left = signal.signal->getWidth();
 
   BitHandle next() {
     if (left == 0) throw py::stop_iteration();
     --left;
-    return {signal, static_cast<unsigned>(signal.signal->getLsb() + left)};
+    const Signal& walked = *signal.signal;
+    return {signal,
+            static_cast<unsigned>(upward ? walked.getMsb() - left : walked.getLsb() + left)};
   }
 };
 
@@ -36,7 +39,7 @@ BitHandle bitAt(const SignalHandle& self, std::int64_t index) {
   return {self, static_cast<unsigned>(index)};
 }
 
-BitWalk bits(const SignalHandle& self) { return {self, self.signal->getWidth()}; }
+BitWalk bits(const SignalHandle& self) { return {self}; }
 
 std::string withRange(const SignalHandle& self) {
   std::string name = self.signal->getFullName();
@@ -79,6 +82,7 @@ void addShape(py::class_<SignalHandle>& type) {
       "Whether a tool made it up.");
   type.def("__len__", [](const SignalHandle& self) { return self.signal->getWidth(); });
   type.def("__iter__", bits);
+  type.def("__reversed__", [](const SignalHandle& self) { return BitWalk{self, true}; });
   type.def("__getitem__", bitAt, py::arg("index"));
 }
 

@@ -28,6 +28,13 @@ def texts_of(source):
             yield normal("".join(re.findall(STRING, group[0])))
 
 
+def faults_of_documents(source):
+    """What is put together of pieces: every literal of three words or more."""
+    for literal in re.findall(STRING, source):
+        if len(re.findall("[a-z]+", literal)) >= 3 and not literal.startswith("<"):
+            yield normal(literal)
+
+
 def main():
     root = Path(sys.argv[1])
     rows = re.findall(r"^\| `(.*?)` \|", (root / "docs/messages.md").read_text(encoding="utf-8"),
@@ -37,7 +44,11 @@ def main():
     count = 0
     folders = ["crossreference", "support", "tools/xrf", "lmx60", "python"]
     for path in sorted(p for f in folders for p in (root / f).glob("*.cpp")):
-        for text in texts_of(path.read_text(encoding="utf-8")):
+        source = path.read_text(encoding="utf-8")
+        texts = list(texts_of(source))
+        if path.parent.name == "lmx60":
+            texts += faults_of_documents(source)
+        for text in texts:
             if len(text) < 8 or text in PARTS or not re.search("[a-z]{3}", text):
                 continue
             count += 1

@@ -221,3 +221,47 @@ def test_names_that_are_no_utf8(tmp_path: Path) -> None:
     name = "z\udce4hler"
     assert [signal.name for signal in design.signals()] == [name]
     assert design.signal(name)[0].frame == 1
+
+
+def test_a_signal_is_walked_both_ways(blinker: xrf.Design) -> None:
+    count = blinker.signal("u_ticker/count")
+    assert [bit.index for bit in count] == [3, 2, 1, 0]
+    assert [bit.index for bit in reversed(count)] == [0, 1, 2, 3]
+
+
+def test_a_range_that_does_not_begin_at_zero_is_walked_both_ways(beacon: xrf.Design) -> None:
+    ranges = [signal for signal in beacon.signals() if signal.lsb > 0]
+    assert ranges
+    for signal in ranges:
+        upward = list(range(signal.lsb, signal.msb + 1))
+        assert [bit.index for bit in reversed(signal)] == upward
+        assert [bit.index for bit in signal] == upward[::-1]
+
+
+def test_a_bit_is_no_signal_and_the_other_way_around(blinker: xrf.Design) -> None:
+    with pytest.raises(KeyError, match="it names a bit, which bit\\(\\) gives"):
+        blinker.signal("u_ticker/count[2]")
+    with pytest.raises(KeyError, match="it names a signal of several, which signal\\(\\) gives"):
+        blinker.bit("u_ticker/count")
+    with pytest.raises(KeyError) as caught:
+        blinker.signal("u_ticker")
+    assert "bit" not in str(caught.value)
+
+
+def test_names_to_find_are_texts(blinker: xrf.Design) -> None:
+    for name in (["u_ticker/count"], 3, b"u_ticker/count"):
+        with pytest.raises(TypeError, match="each name must be a str"):
+            blinker.find(name)  # type: ignore[arg-type]
+
+
+def test_files_that_were_mixed_up(examples: Path) -> None:
+    stem, other = examples / "blinker/blinker", examples / "beacon/beacon"
+    with pytest.raises(xrf.Error, match="this is a location file, where a netlist"):
+        xrf.Design.build(f"{stem}.ll", f"{stem}_synth.edf")
+    with pytest.raises(xrf.Error, match="this is a netlist .*, where a synthesis log is"):
+        xrf.Design.build(f"{stem}_rtl.edf", f"{stem}_synth.edf", log=f"{stem}_rtl.edf")
+    swapped = xrf.Design.build(f"{stem}_synth.edf", f"{stem}_rtl.edf")
+    assert any("were the two swapped?" in warning for warning in swapped.warnings)
+    strange = xrf.Design.build(
+        f"{stem}_rtl.edf", f"{stem}_synth.edf", logic_location=f"{other}.ll")
+    assert any("is it of this design?" in warning for warning in strange.warnings)

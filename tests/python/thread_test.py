@@ -87,9 +87,12 @@ def test_two_threads_read_at_once(examples: Path, large: Path) -> None:
             progress=lambda phase, done, total: told.append(phase))
         return design.coverage()["located"], design.warnings, "Reading synthesis log" in told
 
+    broken = large.parent / "broken.xrf"
+    broken.write_text("nothing\n")
+
     def bad(_: int) -> object:
         with pytest.raises(xrf.Error) as caught:
-            xrf.Design.load(files / "blinker.ll")
+            xrf.Design.load(broken)
         return caught.value.line
 
     def warned(_: int) -> object:

@@ -1,6 +1,7 @@
 #include <crossreference/XRF_RTL2LL.h>
 #include <tools/xrf/AtomicOutput.h>
 #include <tools/xrf/BuildReport.h>
+#include <tools/xrf/Doubts.h>
 #include <tools/xrf/InputCheck.h>
 #include <tools/xrf/LimitOptions.h>
 #include <tools/xrf/LoadedDesign.h>
@@ -50,10 +51,14 @@ void checkOptions(const BuildOptions& options) {
 }
 
 void checkInputs(const BuildOptions& options) {
-  for (const std::string* input :
-       {&options.rtl, &options.synth, &options.xrf, &options.locations, &options.log}) {
-    if (!input->empty()) requireReadable(*input);
-  }
+  const auto check = [](const std::string& input, FileKind kind) {
+    if (!input.empty()) requireReadable(input, kind);
+  };
+  check(options.rtl, FileKind::Netlist);
+  check(options.synth, FileKind::Netlist);
+  check(options.xrf, FileKind::CrossReference);
+  check(options.locations, FileKind::Locations);
+  check(options.log, FileKind::Log);
 }
 
 // Strict reading leaves the highest bit id of a loaded file undeclared, and what is written without
@@ -158,6 +163,13 @@ Status build(Session& session, const BuildOptions& options) {
   readDesign(design, options, session.console);
   readDeviceFiles(design, options, session.console);
   const BuildReport report = reportOf(design, options);
+  if (options.fromNetlists() && options.rtl == options.synth) {
+    session.console.warn("--rtl and --synth name one file");
+  }
+  for (const std::string& doubt :
+       doubtsOf(design, {options.locations, options.log, options.matching})) {
+    session.console.warn(doubt);
+  }
   warnOfHiddenCells(report.views, options, session.console);
   warnOfStrictTraps(design, options, session.console);
   design.exportDesign(output.path(), !options.hideHidden);

@@ -4,7 +4,7 @@
 namespace xrf {
 
 void load(XRF_RTL2LL::Design& design, const std::string& path, Console& console) {
-  requireReadable(path);
+  requireReadable(path, FileKind::CrossReference);
   console.setCurrentInput(path);
   design.parse_xrf(path);
   console.setCurrentInput({});

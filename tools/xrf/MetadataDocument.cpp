@@ -33,7 +33,7 @@ MetadataDocument readFrom(Source& source, const XRF_RTL2LL::Limits& limits) {
 }  // namespace
 
 MetadataDocument readMetadata(const std::string& file, const XRF_RTL2LL::Limits& limits) {
-  requireReadable(file);
+  requireReadable(file, FileKind::Metadata);
   lmx60::c_read_file source(file.c_str());
   return readFrom(source, limits);
 }

@@ -2,11 +2,32 @@
 #include <tools/xrf/RegularExpression.h>
 #include <tools/xrf/Style.h>
 
+#include <cctype>
 #include <fmt/format.h>
 
 namespace xrf {
 
+namespace {
+
+// A backslash before a letter or digit means something in other dialects, and here the character.
+std::string foreignEscape(const std::string& text) {
+  for (std::size_t at = text.find('\\'); at != std::string::npos && at + 1 < text.size();
+       at = text.find('\\', at + 2)) {
+    if (std::isalnum(static_cast<unsigned char>(text[at + 1])) != 0) return text.substr(at, 2);
+  }
+  return {};
+}
+
+}  // namespace
+
 RegularExpression::RegularExpression(const std::string& text) : m_expression() {
+  const std::string foreign = foreignEscape(text);
+  if (!foreign.empty()) {
+    throw UsageFailure(
+        fmt::format("'{}' is no extended regular expression: {} has no meaning there (a digit is "
+                    "[0-9], a character of a word [[:alnum:]_])",
+                    printable(text), foreign));
+  }
   const int error = regcomp(&m_expression, text.c_str(), REG_EXTENDED | REG_NOSUB);
   if (error == 0) return;
   std::string reason(256, '\0');

@@ -42,8 +42,10 @@ SignalHit whole(EdifView view, Signal* signal) {
   return {view, signal, signal->getLsb(), signal->getMsb()};
 }
 
-// A name without a leading "/" is taken below the top of the view.
-std::string rooted(const std::string& name, Module* top) {
+// A name without a leading "/" is taken below the top of the view. One at the end, as where a
+// module was completed, says nothing.
+std::string rooted(std::string name, Module* top) {
+  while (name.size() > 1 && name.back() == '/') name.pop_back();
   return !name.empty() && name.front() == '/' ? name : fullName(*top) + "/" + name;
 }
 
@@ -66,7 +68,7 @@ void findSignal(const Design& design, EdifView view, const std::string& name, Fo
 }
 
 void findExactly(const Design& design, EdifView view, const std::string& name, Found& found) {
-  Module* module = design.findModule(view, name);
+  Module* module = name == "/" ? nullptr : design.findModule(view, name);
   if (module != nullptr) found.modules.push_back({view, module});
   findSignal(design, view, name, found);
 }

@@ -34,6 +34,12 @@ std::string_view lastPart(std::string_view name) {
   return slash == std::string_view::npos ? name : name.substr(slash + 1);
 }
 
+// The name without the word of an array or the field of a record that it ends with.
+std::string_view withoutWord(std::string_view name) {
+  const std::size_t angle = name.find('<', name.rfind('/') + 1);
+  return name.substr(0, angle);
+}
+
 // A name that was asked for, and the nearest ones met so far.
 class Sought {
  public:
@@ -42,6 +48,13 @@ class Sought {
       std::string full = reading.name.starts_with('/') ? "" : top + "/";
       full += reading.name;
       m_wanted.push_back(lowered(full));
+    }
+    // As languages write it, from the top or below it.
+    if (name.find('/') == std::string::npos && name.find('.') != std::string::npos) {
+      std::string path = lowered(name);
+      std::replace(path.begin(), path.end(), '.', '/');
+      m_wanted.push_back(lowered(top) + "/" + path);
+      m_wanted.push_back("/" + path);
     }
     // The more was typed of a name's own part, the more of it may be wrong.
     const std::size_t size = lastPart(name.substr(0, name.find('['))).size();
@@ -87,7 +100,8 @@ class Sought {
   unsigned nearness(const std::string& wanted, const std::string& low) const {
     const unsigned changes = editDistance(wanted, low, m_most);
     if (changes <= m_most) return changes;
-    if (lastPart(wanted) == lastPart(low)) return sameLastPart;
+    if (wanted == withoutWord(low)) return 1;
+    if (lastPart(wanted) == withoutWord(lastPart(low))) return sameLastPart;
     if (!m_anywhere) return beyond;
     const unsigned ofLast = editDistance(lastPart(wanted), lastPart(low), m_most);
     return ofLast <= m_most ? sameLastPart + ofLast : beyond;

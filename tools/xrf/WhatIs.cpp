@@ -54,7 +54,11 @@ unsigned toNumber(const std::string& text, const char* what, bool mayBeHex) {
 }
 
 std::optional<Place> placeOf(const WhatIsOptions& options) {
-  if (options.offset.empty()) return std::nullopt;
+  if (options.offset.empty()) {
+    if (!options.frameOrName.starts_with("0x")) return std::nullopt;
+    throw UsageFailure("the frame address " + printable(options.frameOrName) +
+                       " needs the offset of a bit (see xrf whatis --help)");
+  }
   return Place{toNumber(options.frameOrName, "frame address", true),
                toNumber(options.offset, "offset", false),
                options.slr.empty() ? 0 : toNumber(options.slr, "super logic region", false)};

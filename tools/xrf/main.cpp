@@ -10,7 +10,9 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -80,6 +82,18 @@ int reportUsage(Session& session, const CLI::App& app, const CLI::ParseError& er
   return report(session, xrf::usageFailure(app, error), Status::Usage);
 }
 
+// The arguments after the program's name, last first as the parser wants them. "help find" is
+// "find --help".
+std::vector<std::string> wordsOf(int argc, char** argv) {
+  std::vector<std::string> words(argv + 1, argv + argc);
+  if (!words.empty() && words.front() == "help") {
+    words.erase(words.begin());
+    words.emplace_back("--help");
+  }
+  std::reverse(words.begin(), words.end());
+  return words;
+}
+
 int runCommandLine(int argc, char** argv) {
   Session session;
   CLI::App app(description, "xrf");
@@ -99,7 +113,7 @@ int runCommandLine(int argc, char** argv) {
     return static_cast<int>(xrf::complete(app, {argv + 2, argv + argc}));
   }
   try {
-    app.parse(argc, argv);
+    app.parse(wordsOf(argc, argv));
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {
