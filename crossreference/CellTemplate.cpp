@@ -52,8 +52,6 @@ void CellTemplate::copyTo(NetlistState& state, EdifView view, Module& module,
   const auto count = static_cast<std::uint32_t>(m_ports.size());
   detail::Members& set = module.m_signals;
   members::reserve(model.arena, set, count);
-  set.count = count;
-  set.listed = m_listed;
   for (const Port& port : m_ports) {
     auto* signal = new (model.arena.allocate(sizeof(Signal)))
         Signal(model, &module, port.name, port.id, port.lsb, port.msb, false);
@@ -64,6 +62,9 @@ void CellTemplate::copyTo(NetlistState& state, EdifView view, Module& module,
     set.slots[port.slot] = reinterpret_cast<std::uintptr_t>(signal) | port.marks;
     if (port.range) ranges[signal] = *port.range;
   }
+  // Only now, since memory may run out on the way.
+  set.count = count;
+  set.listed = m_listed;
   set.settled = true;
   members::indexAll<Signal>(model.arena, set);
   members::shareNumbers(set, m_numbers);

@@ -1,20 +1,31 @@
 #include <crossreference/LeafText.h>
 #include <crossreference/MemberSet.h>
-#include <crossreference/ModelText.h>
-#include <crossreference/NameRegistry.h>
 #include <support/Scan.h>
 
-#include <sstream>
+#include <string>
 
 namespace XRF_RTL2LL {
 
 namespace {
 
+const char* directionOf(const Signal& signal) {
+  if (signal.getKind() == IN) return "IN ";
+  return signal.getKind() == OUT ? "OUT " : "WIRE ";
+}
+
 std::string headOf(const Signal& signal) {
-  std::ostringstream head;
-  head << "(SIG " << (signal.isHidden() ? "HIDDEN " : "VISIBLE ") << signal.getKind() << " "
-       << signal.getName() << " " << signal.getId() << " ";
-  return head.str();
+  std::string head = signal.isHidden() ? "(SIG HIDDEN " : "(SIG VISIBLE ";
+  head += directionOf(signal);
+  head += signal.getName();
+  head += " " + std::to_string(signal.getId()) + " ";
+  return head;
+}
+
+// Parentheses in a name end modules like any other, and a name with a "/" needs a table.
+bool hasPlainPort(const Signal& signal) {
+  const std::string_view name = signal.getName();
+  return name.find_first_of("/)") == std::string_view::npos && signal.getLsb() == 0 &&
+         signal.getMsb() == 0;
 }
 
 // Blanks and empty lines in front of a record.
@@ -40,9 +51,8 @@ std::optional<LeafText> LeafText::of(const Module& module) {
   std::uint32_t place = 0;
   for (std::uint32_t at = 0; at < set.count; ++at) {
     const auto* signal = members::object<Signal>(set.slots[at]);
-    const bool oneBit = signal->m_lsb == 0 && signal->m_msb == 0 && signal->entries().count == 1;
     const bool inOrder = at == 0 || signal->m_place == place + 1;
-    if (!oneBit || !inOrder || !isPlainName(signal->m_name)) return std::nullopt;
+    if (!inOrder || !hasPlainPort(*signal) || signal->entries().count != 1) return std::nullopt;
     place = signal->m_place;
     text.m_ports.push_back(
         {signal->m_name, signal->m_id, signal->getKind(), signal->isHidden(), headOf(*signal)});

@@ -63,6 +63,7 @@ class XrfReader {
   void declareNets(std::uint32_t count);
   bool mayDeclare(std::uint64_t sum) const;
   void checkDeclared(std::uint64_t& sum, std::uint64_t count, const char* what) const;
+  std::uint64_t objectsOfBothViews() const;
   Module& front() const;
   void settleNets();
   void recallRegisters();
@@ -77,6 +78,7 @@ class XrfReader {
   std::array<ObjectBudget, 2> m_budget;  // of each view; the file's bits may all be of either
   std::uint64_t m_path_bytes = 0;
   std::uint64_t m_declared_bits = 0;
+  std::uint64_t m_bit_records = 0;
   std::uint64_t m_declared_nets = 0;
   std::uint64_t m_declared_indices = 0;
   std::uint32_t m_highest_bit = 0;
@@ -84,10 +86,10 @@ class XrfReader {
   std::vector<Net*> m_nets;
   std::array<Module*, 2> m_roots{};
   std::vector<Module*> m_modules;  // the open ones, the view's root first
-  // By cell, and how often the text had to be learned.
+  // Of a cell: its text, and how many of its instances were met without one.
   struct Leaf {
     std::optional<LeafText> text;
-    unsigned learned = 0;
+    unsigned met = 0;
   };
   std::unordered_map<const std::string*, Leaf> m_leaves;
   std::vector<LeafText::Place> m_places;
@@ -210,6 +212,7 @@ bool XrfReader::parse_bit(std::string_view line) {
     bit->setStateLoc(record.location[0], record.location[1], record.location[2]);
   }
   m_bits[record.id] = bit;
+  ++m_bit_records;
   m_highest_bit = std::max(m_highest_bit, record.id);
   return true;
 }
@@ -333,10 +336,11 @@ void XrfReader::closeModules(std::ptrdiff_t count) {
 }
 
 bool XrfReader::copyLeaf(Module& module) {
+  if (!m_state.signals.at(m_view).isPlain(module)) return false;
   const auto known = m_leaves.find(module.m_def_name);
   if (known == m_leaves.end() || !known->second.text) return false;
   const LeafText::Passed passed = known->second.text->scan(m_lines.rest(), m_places);
-  if (passed.bytes == 0 || !areThere(m_places) || !m_state.signals.at(m_view).isPlain(module)) {
+  if (passed.bytes == 0 || !areThere(m_places)) {
     known->second.text.reset();
     return false;
   }
@@ -364,8 +368,6 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
   const auto count = static_cast<std::uint32_t>(leaf.ports().size());
   detail::Members& set = module.m_signals;
   members::reserve(model.arena, set, count);
-  set.count = count;
-  set.listed = count;
   for (std::uint32_t at = 0; at < count; ++at) {
     const LeafText::Port& port = leaf.ports()[at];
     auto* signal = new (model.arena.allocate(sizeof(Signal)))
@@ -378,24 +380,33 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
     ref->setBit(m_bits[m_places[at].bit]);
     signal->store(0, ref);
     join(*signal, *m_nets[m_places[at].net]);
+    // One by one, since memory may run out on the way.
+    set.count = set.listed = at + 1;
   }
   m_declared_indices += count;
   m_budget.at(m_view).count(count);
   members::shareNumbers(set, leaf.ids());
 }
 
-// Cells whose instances keep differing are not learned again and again.
+// Cells of one instance are not learned at all, and those whose instances keep differing not again
+// and again.
 void XrfReader::learnLeaf(const Module& module) {
-  constexpr unsigned often = 4;
+  constexpr unsigned often = 5;
   if (module.m_signals.count > members::unindexed || module.children().count != 0) return;
   Leaf& leaf = m_leaves[module.m_def_name];
-  if (leaf.text || leaf.learned++ >= often) return;
+  if (leaf.text || leaf.met >= often || leaf.met++ == 0) return;
   leaf.text = LeafText::of(module);
 }
 
 Module& XrfReader::front() const {
   if (m_modules.empty()) fatalHere("A module or signal stands outside any view.");
   return *m_modules.back();
+}
+
+// What is there, of what the paths of both views may be long for. The budgets count each bit that
+// the head of the file declares, whether it is there or not.
+std::uint64_t XrfReader::objectsOfBothViews() const {
+  return m_bit_records + m_budget[RTL].made() + m_budget[SYNTH].made() - 2 * m_declared_bits;
 }
 
 bool XrfReader::parse_module(std::string_view line) {
@@ -415,8 +426,7 @@ bool XrfReader::parse_module(std::string_view line) {
   // Parentheses do not count here: a module with anything to list closes on a later line.
   parent.addChild(module);
   m_path_bytes += m_state.model.pathBytes - before;
-  const std::uint64_t objects = m_declared_bits + m_budget[RTL].made() + m_budget[SYNTH].made();
-  if (m_path_bytes > Limits::pathBytesBase + limits.pathBytesPerObject * objects) {
+  if (m_path_bytes > Limits::pathBytesBase + limits.pathBytesPerObject * objectsOfBothViews()) {
     fatalHere("The paths of the modules take up more than %llu bytes.",
               static_cast<unsigned long long>(m_path_bytes));
   }

@@ -11,7 +11,7 @@ namespace XRF_RTL2LL {
 namespace {
 
 constexpr std::int64_t highestIndex = Limits().signalIndex;
-// No hierarchy is deeper, and what a name with more levels may be called would fill memory.
+// What a name with more levels may be called would fill memory; it is looked for as it stands.
 constexpr std::size_t mostLevels = Limits().moduleNesting;
 
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }

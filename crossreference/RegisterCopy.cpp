@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <span>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
@@ -132,7 +134,7 @@ void RegisterCopy::copyNames() {
   });
   // One bit may have several names, and the first in byte order decides.
   if (mayShareBits) {
-    std::stable_sort(names.begin(), names.end(), comesFirst);
+    sortBySignal(names);
   } else {
     keepFirst(names);
   }
@@ -145,6 +147,25 @@ bool RegisterCopy::comesFirst(const Name& a, const Name& b) {
   const Signal& signalA = *a.to->getSignal();
   const Signal& signalB = *b.to->getSignal();
   return &signalA != &signalB && NameKey::compare(NameKey(signalA), NameKey(signalB)) < 0;
+}
+
+// Names of one signal stand side by side, so that each signal is compared once, not each of its
+// bits.
+void RegisterCopy::sortBySignal(std::vector<Name>& names) {
+  std::vector<std::span<const Name>> signals;
+  for (auto name = names.begin(); name != names.end();) {
+    const Signal* signal = name->to->getSignal();
+    const auto last = std::find_if(
+        name, names.end(), [signal](const Name& other) { return other.to->getSignal() != signal; });
+    signals.emplace_back(name, last);
+    name = last;
+  }
+  std::stable_sort(signals.begin(), signals.end(),
+                   [](const auto& a, const auto& b) { return comesFirst(a.front(), b.front()); });
+  std::vector<Name> sorted;
+  sorted.reserve(names.size());
+  for (const auto& signal : signals) sorted.insert(sorted.end(), signal.begin(), signal.end());
+  names = std::move(sorted);
 }
 
 // Leaves one name of each bit. Almost all bits have just one, and comparing names takes long. Each

@@ -31,6 +31,7 @@ class RegisterCopy {
   void copyRegisters();
   void copyNames();
   static bool comesFirst(const Name& a, const Name& b);
+  static void sortBySignal(std::vector<Name>& names);
   static void keepFirst(std::vector<Name>& names);
   bool isOpen(const Bit& bit) const;
   bool takesName(const BitRef& to, const BitRef& from);

@@ -208,10 +208,9 @@ std::size_t c_xml_tokeniser::take(char* place) {
 
 void c_xml_tokeniser::fail() {
   const XML_Error error = XML_GetErrorCode(m_parser.get());
-  m_error_position = {XML_GetCurrentLineNumber(m_parser.get()),
-                      XML_GetCurrentColumnNumber(m_parser.get()) + 1};
   m_ended = true;
-  if (error == XML_ERROR_ABORTED) return;  // stop() has said why
+  if (error == XML_ERROR_ABORTED) return;  // stop() has said why and where
+  note_position();
   if (error == XML_ERROR_NO_ELEMENTS && !m_started) {
     return fail(ELMX_NO_DOCUMENT, "there is no element");
   }
@@ -226,7 +225,14 @@ void c_xml_tokeniser::fail(elmx_error error, std::string message) {
   m_message = std::move(message);
 }
 
+void c_xml_tokeniser::note_position() {
+  m_error_position = {XML_GetCurrentLineNumber(m_parser.get()),
+                      XML_GetCurrentColumnNumber(m_parser.get()) + 1};
+}
+
+// Called by a handler, while the parser stands where what it tells of begins.
 void c_xml_tokeniser::stop(elmx_error error, std::string message) {
+  note_position();
   m_error = error;
   m_message = std::move(message);
   XML_StopParser(m_parser.get(), XML_FALSE);

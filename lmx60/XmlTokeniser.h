@@ -93,6 +93,7 @@ class c_xml_tokeniser {
   std::size_t take(char* place);
   void fail();
   void fail(elmx_error error, std::string message);
+  void note_position();
   void stop(elmx_error error, std::string message);
 
   const s_attribute& attribute(std::size_t index) const {

@@ -23,6 +23,12 @@ std::string realFolderOf(const std::string& path) {
   return real == nullptr ? std::string() : std::string(real.get());
 }
 
+// Whether a folder lists the descriptors of this process: its own, or that of one of its threads.
+bool listsOwnDescriptors(const std::string& folder) {
+  const std::string own = "/proc/" + std::to_string(::getpid()) + "/";
+  return folder.starts_with(own) && folder.ends_with("/fd");
+}
+
 }  // namespace
 
 std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
@@ -39,10 +45,9 @@ bool followLink(std::string& path) {
 }
 
 std::optional<int> openDescriptor(const std::string& path) {
-  const std::string own = "/proc/" + std::to_string(::getpid()) + "/fd";
   std::string file = path;
   for (int links = 0; links <= mostLinks; ++links) {
-    if (realFolderOf(file) == own) {
+    if (listsOwnDescriptors(realFolderOf(file))) {
       const char* name = file.data() + folderOf(file).size();
       const char* end = file.data() + file.size();
       int number = 0;

@@ -123,4 +123,19 @@ TEST_F(LeafTextTest, WhatNearlyIsAnotherInstanceIsReadAsItStands) {
   }
 }
 
+// Parentheses end modules wherever they stand in a line, in a name, too.
+TEST_F(LeafTextTest, AClosingParenthesisInANameCounts) {
+  std::string text =
+      "(VERSION 1)\n(FAMILY TORVAL7)\n(BITS 2)\n(NETS 2)\n(BIT 0 ? z)\n(BIT 1 ? z)\n(VIEW RTL)\n"
+      "(MOD VISIBLE top top 0\n(MOD VISIBLE H h 1\n(SIG VISIBLE WIRE s 1 0 0 0 0)\n";
+  int id = 2;
+  for (const char* const end : {")", "))", "))"}) {
+    const std::string number = std::to_string(id++);
+    text += "(MOD VISIBLE C u" + number + " " + number + "\n(SIG VISIBLE WIRE a)b 1 1 0 0 1" + end +
+            "\n";
+  }
+  text += "(VIEW SYNTH)\n";
+  EXPECT_EQ(told(text), told(taughtNothing(text)));
+}
+
 }  // namespace

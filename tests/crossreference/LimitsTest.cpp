@@ -277,6 +277,24 @@ TEST_F(LimitsTest, PathBytesOfACrossReference) {
   EXPECT_GT(fatal->line, 100U);
 }
 
+// Only bits that are there count, not those that a line at the head of the file promises.
+TEST_F(LimitsTest, PathBytesAreNotBoughtWithDeclaredBits) {
+  const auto chain = [](const std::string& bits) {
+    std::string text = "(VERSION 1)\n(FAMILY TORVAL7)\n" + bits + "(NETS 1)\n(VIEW RTL)\n";
+    const std::string name(3000, 'n');
+    for (int level = 0; level < 300; ++level) text += "(MOD VISIBLE t " + name + " 0\n";
+    return text;
+  };
+  const std::string few = chain("(BITS 1)\n(BIT 0 ? z)\n");
+  const std::string many = chain("(BITS 1000000)\n(BIT 0 ? z)\n");
+  readWithin(&Limits::pathBytesPerObject, Limits().pathBytesPerObject, few, Xrf);
+  expectRefused("The paths of the modules take up more than ");
+  const std::uint64_t line = fatal->line;
+  readWithin(&Limits::pathBytesPerObject, Limits().pathBytesPerObject, many, Xrf);
+  expectRefused("The paths of the modules take up more than ");
+  EXPECT_EQ(fatal->line, line);
+}
+
 // How they are set
 
 TEST_F(LimitsTest, NoneIsSetAboveTheHighest) {

@@ -57,6 +57,14 @@ TEST(XmlLimits, Depth) {
   expectBound(&Limits::xmlDepth, 5, text, ELMX_TOO_DEEP, 5, "elements are nested more than 4 deep");
 }
 
+TEST(XmlLimits, DepthIsToldWhereTheElementBegins) {
+  const s_debug_error fault =
+      read(&Limits::xmlDepth, 2, "<project>\n<a><b\n\n x='1'\n/>\n</a></project>").fault;
+  EXPECT_EQ(fault.code, ELMX_TOO_DEEP);
+  EXPECT_EQ(fault.line, 2U);
+  EXPECT_EQ(fault.column, 4U);
+}
+
 TEST(XmlLimits, DepthCountsWhatIsOpen) {
   std::string text = "<project>";
   for (int at = 0; at < 100; ++at) text += "<x/>";

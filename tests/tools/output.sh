@@ -77,7 +77,7 @@ expect_through() {
   same expected through
   no_leftovers .
 }
-for target in /dev/stdout /dev/fd/1 /proc/self/fd/1; do
+for target in /dev/stdout /dev/fd/1 /proc/self/fd/1 /proc/thread-self/fd/1; do
   last_run="build -o $target into a file"
   {
     echo before
