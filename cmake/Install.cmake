@@ -45,19 +45,28 @@ if(TARGET xrf_command)
   endif()
   install(TARGETS xrf_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
 
-  # Each shell looks for completions in a folder of its own.
+  # Each shell looks for completions in a folder of its own, and zsh below /usr in that of vendors.
+  set(zsh_completions site-functions)
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    set(zsh_completions vendor-completions)
+  endif()
   set(completions ${PROJECT_SOURCE_DIR}/tools/completions)
   install(FILES ${completions}/xrf.bash RENAME xrf COMPONENT command
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES ${completions}/_xrf COMPONENT command
-          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_completions})
   install(FILES ${completions}/xrf.fish COMPONENT command
           DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
   include(Manual)
 endif()
 
 if(TARGET xrf_python)
-  set(XRF_PYTHON_INSTALL_DIR lib/python3/dist-packages CACHE STRING
+  # Below /usr, Debian has one folder for all versions, and elsewhere one for each.
+  set(python_folder python${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR})
+  if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    set(python_folder python3)
+  endif()
+  set(XRF_PYTHON_INSTALL_DIR lib/${python_folder}/dist-packages CACHE STRING
       "Where Python looks for packages, below the prefix")
   set(package ${XRF_PYTHON_INSTALL_DIR}/xrf)
   if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")

@@ -35,6 +35,16 @@ offers meta '' <<'END'
 check
 format
 END
+# A file as it was typed: in a folder that the shell knows by a name.
+mkdir -p "$work/home"
+cp small.xrf home/
+for file in '~/small.xrf' '$HOME/small.xrf' '${HOME}/small.xrf'; do
+  HOME=$work/home offers find "$file" /top/gen_2__u/cnt2 <<'END'
+/top/gen_2__u/cnt2
+END
+done
+rm -r home
+offers find '$XRF_NO_SUCH_VARIABLE/small.xrf' /top/gen_2__u/cnt2 </dev/null
 offers find small.xrf --view '' <<'END'
 rtl
 synth

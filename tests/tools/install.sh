@@ -19,12 +19,16 @@ for file in include/xrf/crossreference/XRF_RTL2LL.h \
 done
 hasnt development.files libxrf.so.0
 for file in bin/xrf man/man1/xrf.1.gz man/man1/xrf-find.1.gz man/man5/xrf.5.gz \
-  bash-completion/completions/xrf vendor-completions/_xrf vendor_completions.d/xrf.fish; do
+  bash-completion/completions/xrf zsh/site-functions/_xrf vendor_completions.d/xrf.fish; do
   has command.files $file
 done
 hasnt command.files libxrf
 
-package=lib/python3/dist-packages/xrf
+# As below /usr/local, where Debian's Python looks.
+package=$(/usr/bin/python3 -c "
+import sysconfig
+print(sysconfig.get_path('purelib', 'posix_local', {'base': '', 'installed_base': ''}).strip('/'))")/xrf
+package=${package#local/}
 if [ -d "$build/python" ]; then
   cmake --install "$build" --prefix "$work/python" --component python >log 2>&1 ||
     fail "cmake --install --component python: $(cat log)"

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdlib>
 
 namespace xrf {
 
@@ -98,13 +99,33 @@ const CLI::Option* positionalAt(const CLI::App& command, std::size_t index) {
   return repeats ? last : nullptr;
 }
 
+// The file as the shell will name it to the command: "~" and one variable in front, which
+// completion gets as they were typed, stand for folders.
+std::string expanded(const std::string& typed) {
+  const std::size_t slash = std::min(typed.find('/'), typed.size());
+  std::string variable = typed.substr(0, slash);
+  if (variable == "~") {
+    variable = "HOME";
+  } else if (variable.starts_with("${") && variable.ends_with('}')) {
+    variable = variable.substr(2, variable.size() - 3);
+  } else if (variable.starts_with('$')) {
+    variable.erase(0, 1);
+  } else {
+    return typed;
+  }
+  const char* const folder = std::getenv(variable.c_str());
+  return folder == nullptr ? typed : folder + typed.substr(slash);
+}
+
 void offerPositional(const Context& context, const std::string& typed) {
   const CLI::Option* option = positionalAt(*context.command, context.positionals.size());
   if (option == nullptr) return;
   const std::string name = option->get_name();
   if (name == "FILE" || name == "META") return offerFiles(*context.command, "");
-  if (name == "NAME") offerNames(context.positionals.front(), {typed, context.view, false});
-  if (name == "FRAME|NAME") offerNames(context.positionals.front(), {typed, "synth", true});
+  if (name != "NAME" && name != "FRAME|NAME") return;
+  const bool reverse = name == "FRAME|NAME";
+  offerNames(expanded(context.positionals.front()),
+             {typed, reverse ? "synth" : context.view, reverse});
 }
 
 }  // namespace
