@@ -2,7 +2,8 @@
 #include <crossreference/MemberSet.h>
 #include <crossreference/NameRegistry.h>
 
-#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace XRF_RTL2LL {
 
@@ -19,10 +20,11 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
                             range == ranges.end() ? std::nullopt : std::optional(range->second)});
     cell.m_objects += std::uint64_t{1} + signal->getWidth();
   });
-  for (const Port& port : cell.m_ports) {
-    const auto same = [&](const Port& other) { return other.name == port.name; };
-    const bool alone = std::count_if(cell.m_ports.begin(), cell.m_ports.end(), same) == 1;
-    if (!alone || !isPlainName(port.name)) return std::nullopt;
+  std::unordered_set<const std::string*> names;
+  std::unordered_map<std::uint32_t, Port*> ports;
+  for (Port& port : cell.m_ports) {
+    if (!names.insert(port.name).second || !isPlainName(port.name)) return std::nullopt;
+    ports.emplace(port.id, &port);
   }
   members::settle<Signal>(module.m_signals, false);
   cell.m_listed = module.m_signals.listed;
@@ -31,11 +33,10 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
   for (std::uint32_t at = 0; at < module.m_signals.count; ++at) {
     const std::uintptr_t slot = module.m_signals.slots[at];
     const std::uint32_t id = members::object<Signal>(slot)->getId();
-    const auto port = std::find_if(cell.m_ports.begin(), cell.m_ports.end(),
-                                   [&](const Port& candidate) { return candidate.id == id; });
+    Port& port = *ports.at(id);
     cell.m_numbers[at] = id;
-    port->slot = at;
-    port->marks = slot & members::marks;
+    port.slot = at;
+    port.marks = slot & members::marks;
   }
   return cell;
 }

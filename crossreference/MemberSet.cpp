@@ -26,6 +26,20 @@ void enterAt(std::uint32_t* index, std::uint32_t capacity, std::uint64_t key,
   index[at] = position + 1;
 }
 
+// As enterAt, for the index of names. Where a name was given again and again, the entries of
+// signals that lost it are taken, so that no name has a long row of them.
+void enterName(std::uint32_t* index, std::uint32_t capacity, const detail::Members& set,
+               std::uint32_t position) {
+  constexpr std::uint32_t few = 8;
+  const std::string* name = ModelState::nameOf(object<Signal>(set.slots[position]));
+  std::uint32_t at = indexPlace(nameKey(name), capacity);
+  for (std::uint32_t passed = 0; index[at] != 0; at = (at + 1) & (capacity - 1)) {
+    const auto* other = object<Signal>(set.slots[index[at] - 1]);
+    if (++passed > few && ModelState::lostName(*other) && ModelState::nameOf(other) == name) break;
+  }
+  index[at] = position + 1;
+}
+
 // Signals are found by name too: a second index of the same size follows that of the numbers.
 template <class T>
 constexpr std::uint32_t indexes = std::is_same_v<T, Signal> ? 2 : 1;
@@ -35,8 +49,7 @@ void enter(detail::Members& set, std::uint32_t position) {
   const T* entered = object<T>(set.slots[position]);
   enterAt(set.index, set.indexCapacity(), entered->getId(), position);
   if constexpr (indexes<T> == 2) {
-    enterAt(set.index + set.indexCapacity(), set.indexCapacity(),
-            nameKey(ModelState::nameOf(entered)), position);
+    enterName(set.index + set.indexCapacity(), set.indexCapacity(), set, position);
   }
 }
 

@@ -89,6 +89,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   static ModelState& current();
   static const std::string* nameOf(const Signal* signal) { return signal->m_name; }
   static const std::string* nameOf(const Module* module) { return module->m_name; }
+  /// Whether a signal's full name finds another one in every view that had it.
+  static bool lostName(const Signal& signal) { return signal.m_dropped && signal.m_held == 0; }
 
   /// Sorts all sets of a module and of those below it, so that look-ups change nothing.
   static void settleTree(const Module& module);

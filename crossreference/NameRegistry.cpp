@@ -251,7 +251,8 @@ Signal* SignalRegistry::enter(Signal* signal, bool member) {
   if (replaced == signal) return nullptr;
   if (replaced != nullptr && owns(*replaced->m_module)) drop(*replaced);
   if (own) hold(*signal);
-  if (!reachable || (replaced != nullptr && !m_loose.empty())) {
+  // One that was dropped before may have left the index of its module.
+  if (!reachable || signal->m_dropped || (replaced != nullptr && !m_loose.empty())) {
     m_loose.enter(signal, hashOf(*signal));
   }
   return replaced;

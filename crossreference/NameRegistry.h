@@ -140,7 +140,10 @@ class SignalRegistry {
 
  private:
   bool owns(const Module& module) const;
-  void drop(Signal& signal) const { signal.m_held = signal.m_held & ~viewBit() & 3U; }
+  void drop(Signal& signal) const {
+    signal.m_held = signal.m_held & ~viewBit() & 3U;
+    signal.m_dropped = true;
+  }
   std::uint32_t viewBit() const { return 1U << m_modules.m_view; }
   bool isHeld(const Signal& signal) const;
   bool isReachable(const Signal& signal) const;

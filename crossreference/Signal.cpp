@@ -77,6 +77,7 @@ Signal::Signal(ModelState& model, Module* module, const std::string* name, unsig
   m_inferred_left = true;
   m_earlier_path = false;
   m_held = 0;
+  m_dropped = false;
   enter(model, noBits);
 }
 

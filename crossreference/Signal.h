@@ -151,6 +151,7 @@ class XRF_API Signal {
   bool m_inferred_left : 1;  // bits may be marked inferred that its netlist should have cleared
   bool m_earlier_path : 1;   // its module got another path after the signal was made
   std::uint8_t m_held : 2;   // the views in which the signal's full name finds it
+  bool m_dropped : 1;        // another signal took over its full name
 };
 
 /// Signals that are electrically one, with the enabled mark they share.

@@ -86,6 +86,10 @@ HardwareEmulationMap::HardwareEmulationMap(std::string mappingFile,
   analyzeMappingFile(limits);
 }
 
+HardwareEmulationMap::HardwareEmulationMap(const Movrel::Project& project) {
+  if (const Movrel::Core* core = coreOf(project)) analyzeCore(*core);
+}
+
 void HardwareEmulationMap::analyzeMappingFile(const XRF_RTL2LL::Limits& limits) {
   try {
     // A document that cannot be read leaves the map empty, so its code does not matter; but want of

@@ -75,6 +75,8 @@ class XRF_API HardwareEmulationMap final : public AccessDatabase {
   explicit HardwareEmulationMap(std::string mappingFile);
   /// The same for a document that may ask for what these limits allow.
   HardwareEmulationMap(std::string mappingFile, const XRF_RTL2LL::Limits& limits);
+  /// The same for a document that was read before, and is not needed any more afterwards.
+  explicit HardwareEmulationMap(const Movrel::Project& project);
 
   std::string breakFunctionStart(std::string kernel, int computeUnit) override;
   std::string breakFunctionEnd(std::string kernel, int computeUnit) override;

@@ -76,6 +76,9 @@ void c_xml_tokeniser::set_handlers() {
       parser,
       [](void* self, const XML_Char*, int, const XML_Char*, int, const XML_Char*, const XML_Char*,
          const XML_Char*, const XML_Char*) { guarded<&c_xml_tokeniser::on_entity>(self); });
+  XML_SetAttlistDeclHandler(
+      parser, [](void* self, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*,
+                 int) { guarded<&c_xml_tokeniser::on_attribute>(self); });
   // Unless it is asked to read parameter entities, Expat passes over what they might declare, and
   // values would come out shorter than they are.
   XML_SetParamEntityParsing(parser, XML_PARAM_ENTITY_PARSING_ALWAYS);
@@ -128,6 +131,15 @@ void c_xml_tokeniser::on_entity() {
   if (++m_entities > m_limits.xmlEntities) {
     stop(ELMX_HOSTILE_ENTITIES,
          "the document declares more than " + std::to_string(m_limits.xmlEntities) + " entities");
+  }
+}
+
+// Expat compares each with those before it.
+void c_xml_tokeniser::on_attribute() {
+  const std::uint64_t most = m_limits.xmlEntities * XRF_RTL2LL::Limits::xmlAttributesEach;
+  if (++m_declared_attributes > most) {
+    stop(ELMX_HOSTILE_ENTITIES,
+         "the document declares more than " + std::to_string(most) + " attributes");
   }
 }
 

@@ -85,6 +85,7 @@ class c_xml_tokeniser {
   void on_end(const XML_Char* name);
   void on_text(const XML_Char* characters, int length);
   void on_entity();
+  void on_attribute();
   static int refuse_external(XML_Parser parser, const XML_Char* context, const XML_Char* base,
                              const XML_Char* system, const XML_Char* public_id);
 
@@ -113,6 +114,7 @@ class c_xml_tokeniser {
   std::uint64_t m_most;       // that the document so far may come to
   std::size_t m_checked = 0;  // of m_bytes
   std::uint64_t m_entities = 0;
+  std::uint64_t m_declared_attributes = 0;
   std::uint64_t m_depth = 0;
   bool m_started = false;  // the root was seen
   bool m_ended = false;    // nothing is left to feed

@@ -51,9 +51,10 @@ class EmulationMap {
       : m_blockDesign(std::move(blockDesign.value)) {
     const std::string file = path.string();
     const py::gil_scoped_release released;
-    requireMappable(file, limits);
+    const MetadataDocument document = readMetadata(file, limits);
+    requireMappable(document, file);
     const NameScope scope(m_blockDesign);
-    m_map = std::make_unique<HardwareEmulationMap>(file, limits);
+    m_map = std::make_unique<HardwareEmulationMap>(document.project);
   }
 
   const std::string& blockDesign() const { return m_blockDesign; }

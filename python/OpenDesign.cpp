@@ -109,10 +109,8 @@ std::shared_ptr<OpenDesign> OpenDesign::read(const DesignFiles& files, const Des
     throw;
   } catch (const std::bad_alloc&) {
     throw;
-  } catch (const std::out_of_range& error) {
-    throw Failure(std::string("the file is malformed (") + error.what() + ")", read.input());
-  } catch (const std::length_error& error) {
-    throw Failure(std::string("the file is malformed (") + error.what() + ")", read.input());
+  } catch (const std::logic_error&) {
+    throw Failure("the file is malformed", read.input());
   }
   if (files.xrf.empty() || !files.locations.empty() || !files.log.empty()) {
     const DeviceFiles device{files.locations, files.log, how.matching};

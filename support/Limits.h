@@ -67,8 +67,10 @@ struct Limits {
   /// Elements inside elements of a metadata document. Tools nest fewer than twenty.
   std::uint64_t xmlDepth = 1U << 17;
 
-  /// Entities that a metadata document may declare. Tools declare none.
+  /// Entities that a metadata document may declare, and for each of them so many attributes. Tools
+  /// declare none.
   std::uint64_t xmlEntities = 64;
+  static constexpr std::uint64_t xmlAttributesEach = 16;
 
   /// How many times its size the names, values and texts of a metadata document may come to, by
   /// entities and default values, beside the first `xmlExpansionBase` bytes. Documents without any

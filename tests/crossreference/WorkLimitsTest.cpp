@@ -62,6 +62,48 @@ TEST_F(WorkLimitsTest, BusMayGrowDownwardBitByBit) {
   EXPECT_EQ(signal("/top/bus")->getInferred(), 0U);
 }
 
+TEST_F(WorkLimitsTest, CellMayHaveManyPorts) {
+  constexpr unsigned count = 200'000;
+  std::string ports;
+  for (unsigned at = 0; at < count; ++at) ports += input("p" + std::to_string(at));
+  readRtl(top(ports, ""));
+  EXPECT_NE(signal("/top/p" + std::to_string(count - 1)), nullptr);
+}
+
+TEST_F(WorkLimitsTest, NameMayBeGivenAgainAndAgain) {
+  constexpr unsigned count = 200'000;
+  std::string text =
+      "(VERSION 1)\n(FAMILY TORVAL7)\n(BITS 1)\n(NETS 1)\n(BIT 0 ? z)\n(VIEW RTL)\n"
+      "(MOD VISIBLE top top 0\n(SIG VISIBLE WIRE b 1 0 0 0 0)\n";
+  for (unsigned at = 2; at < count; ++at) {
+    text += "(SIG VISIBLE WIRE a " + std::to_string(at) + " 0 0 0 0)\n";
+  }
+  readXrf(text + "(SIG VISIBLE WIRE a " + std::to_string(count) + " 0 0 0 0))\n(VIEW SYNTH)\n");
+  EXPECT_EQ(signal("/top/a")->getId(), count);
+  EXPECT_EQ(signal("/top/b")->getId(), 1U);
+  EXPECT_EQ(module("/top")->getSignal(77'777, true)->getId(), 77'777U);
+}
+
+// The last that was registered under a name is the one that the name finds.
+TEST_F(WorkLimitsTest, NameThatWentRoundComesBack) {
+  readRtl(top(input("a"), ""));
+  Module* holder = module("/top");
+  std::vector<Signal*> all;
+  for (unsigned at = 0; at < 50; ++at) {
+    all.push_back(new Signal(holder, "twin", 1000 + at, 0, 0, false));
+    holder->addSignal(all.back());
+    netlist.registerSignal(RTL, all.back());
+    EXPECT_EQ(signal("/top/twin"), all.back());
+  }
+  for (unsigned at : {0U, 7U, 49U, 20U, 0U}) {
+    netlist.registerSignal(RTL, all[at]);
+    EXPECT_EQ(signal("/top/twin"), all[at]) << at;
+  }
+  holder->updateVisibleSignals(false);
+  EXPECT_EQ(signal("/top/twin"), all[0]);
+  EXPECT_EQ(holder->getSignal(1020, true), all[20]);
+}
+
 TEST_F(WorkLimitsTest, BitsThatARegisterPassesOverStayInferredUntilTheirOwnName) {
   readRtl(top(input("a"), instance("r_reg[3]", "RTL_REG") + instance("r_reg[0]", "RTL_REG")));
   EXPECT_EQ(range("/top/r"), "0..3");

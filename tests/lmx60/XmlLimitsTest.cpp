@@ -90,6 +90,21 @@ TEST(XmlLimits, Entities) {
             ELMX_HOSTILE_ENTITIES);
 }
 
+// Each is compared with all before it, so that a million would take hours.
+TEST(XmlLimits, DeclaredAttributes) {
+  const auto declared = [](std::uint64_t count) {
+    std::string text = "<!DOCTYPE project [\n<!ATTLIST project\n";
+    for (std::uint64_t at = 0; at < count; ++at) text += "a" + std::to_string(at) + " CDATA 'v'\n";
+    return text + ">]><platform/>";
+  };
+  const std::uint64_t most = 2 * Limits::xmlAttributesEach;
+  EXPECT_EQ(read(&Limits::xmlEntities, 2, declared(most)).code, ELMX_WRONG_ROOT);
+  const Outcome past = read(&Limits::xmlEntities, 2, declared(most + 1));
+  EXPECT_EQ(past.code, ELMX_HOSTILE_ENTITIES);
+  EXPECT_EQ(past.fault.message, "the document declares more than 32 attributes");
+  EXPECT_GE(past.fault.line, most);
+}
+
 TEST(XmlLimits, Expansion) {
   const std::string value(10'000, 'v');
   std::string text = "<!DOCTYPE project [<!ENTITY e '" + value + "'>]>\n<project>";

@@ -58,6 +58,11 @@ refused no_family.xrf build --xrf no_family.xrf -o out.xrf
 refused no_family_rtl.edf build --rtl no_family_rtl.edf --synth no_family_synth.edf -o out.xrf
 has out 'device family'
 
+# What the standard library throws is in no words of its own.
+run 1 build --matching strict --quiet --xrf good.xrf --ll short_block.ll -o out.xrf
+has err 'short_block.ll: the file is malformed'
+hasnt err basic_string
+
 # The place is told where it is known, in text and in JSON.
 refused syntax.xrf:2 info syntax.xrf
 has out '"file":"syntax.xrf","line":2'

@@ -89,6 +89,19 @@ has err "nothing is named 'q[0]'"
 input '' find small.xrf --quiet -
 has status 0
 lines out 0
+# What no regular expression needs, and the C library has no stack or memory for.
+nested=$(printf '(%.0s' $(seq 20000))
+for large in "$nested" 'a{1,20000}' '((a{1,100}){1,100}){1,100}' "$(printf 'a%.0s' $(seq 3000))"; do
+  run 2 find small.xrf --quiet --regex "$large"
+  has err 'the regular expression is too large'
+done
+run 2 find small.xrf --quiet --regex '(a)\1'
+run 0 find small.xrf --quiet --regex 'cl{0,3}k$'
+lines err 0
+last_run='xrf find - </'
+checks=$((checks + 1))
+"$XRF" find small.xrf --quiet - </ >out 2>err && fail 'status 0'
+has err 'standard input: cannot read names'
 input 'q[0]' find /dev/stdin --quiet -
 has status 2
 has err 'standard input cannot give both the names and the file'

@@ -76,7 +76,36 @@ done
 run 0 meta format <(zcat xml.gz) -o out.xml
 same expected.xml out.xml
 run 0 meta check <(zcat xml.gz)
-run 0 emu <(zcat xml.gz)
+for file in expected.xrf expected.xml; do
+  case $file in
+    *.xrf) asked=('info' 'tree' 'dump' 'find FILE *strobe*' 'whatis FILE 0x0040061f 2563') ;;
+    *) asked=('meta check' 'meta format' 'emu FILE --bd bd') ;;
+  esac
+  mkfifo "$file.fifo"
+  for command in "${asked[@]}"; do
+    case $command in *FILE*) ;; *) command+=' FILE' ;; esac
+    set -f
+    # shellcheck disable=SC2206
+    words=($command)
+    set +f
+    "$XRF" "${words[@]/#FILE/$file}" >of_file 2>/dev/null || true
+    last_run="xrf ${words[*]}, by other ways"
+    checks=$((checks + 1))
+    [ "$command" = 'meta check FILE' ] || [ -s of_file ] || [[ $command = whatis* ]] ||
+      fail 'nothing was told'
+    "$XRF" "${words[@]/#FILE//dev/stdin}" >of_pipe 2>/dev/null < <(cat $file) || true
+    sed "s|/dev/stdin|$file|" of_pipe >out
+    same of_file out
+    cat $file >$file.fifo &
+    timeout 60 "$XRF" "${words[@]/#FILE/$file.fifo}" >of_pipe 2>/dev/null || true
+    wait
+    sed "s|$file.fifo|$file|" of_pipe >out
+    same of_file out
+  done
+done
+run 0 emu <(zcat xml.gz) --bd bd && mv out of_pipe
+run 0 emu expected.xml --bd bd
+same out of_pipe
 
 # A pipe that ends too early is a file that ends too early, and says so.
 run 1 build --quiet --rtl <(zcat rtl.gz | head -c 4000) --synth "${plain[synth]}" -o none.xrf

@@ -132,7 +132,7 @@ if unshare --mount --map-root-user true 2>/dev/null; then
       [ -z "$(find small -name ".xrf-*")" ]' _ "${build[@]:0:${#build[@]}-2}" >out 2>err
   checks=$((checks + 1))
   [ $? = 0 ] || fail "a full file system: $(cat err)"
-  has err 'No space left'
+  has err 'small/out.xrf: cannot write: No space left'
 else
   echo "a full file system: not tried, mounting is not possible here"
 fi

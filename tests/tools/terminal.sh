@@ -32,6 +32,17 @@ hasnt out "$escape["
 run 0 find small.xrf --quiet --color always 'q[0]'
 has out "$escape["
 
+# Nothing that a file holds drives the terminal, in the library's own messages neither.
+for file in rtl synth; do
+  # The first two bytes of a control character in UTF-8 are one, too.
+  sed "s/\"Tarvona\"/\"T$escape]0;owned$(printf '\007\302\233')\"/" \
+    "$SOURCE_DIR/examples/blinker/blinker_$file.edf" >$file.edf
+done
+run 1 build --rtl rtl.edf --synth synth.edf -o out.xrf
+hasnt err "$escape"
+hasnt err "$(printf '\302\233')"
+has err "Unknown program 'T?]0;owned???'"
+
 # A long name loses its beginning where the terminal is too narrow, and nowhere else.
 long=u1/$(printf 'module_%.0s' $(seq 20))end
 sed "s|cnt_3_|$(basename "$long")|" small.xrf >long.xrf

@@ -1,5 +1,6 @@
 // A process that reads a hundred designs, good and bad in turn, reads each as a fresh process does,
 // and neither grows nor keeps a file open.
+#include <crossreference/XRFDataBaseInterface.h>
 #include <ocl/src/shared/schemas/HPIMovrelXmlReaderWriterLMX.h>
 #include <tests/trust/Host.h>
 
@@ -77,6 +78,30 @@ std::string countsOf(const Design& design) {
          " in all\n";
 }
 
+// How a read of a cross-reference file ends.
+std::string endOf(const std::string& file, const XRF_RTL2LL::Limits& limits) {
+  std::string end = "read\n";
+  try {
+    Design design(Matching::Extended);
+    design.setLimits(limits);
+    design.parse_xrf(file);
+  } catch (const trust::Stopped& stopped) {
+    end = stopped.what();
+  }
+  XRF_RTL2LL::resetModel();
+  return end;
+}
+
+// A file that is damaged, and one that asks for more than it may.
+std::string readBadly(const std::string& folder, unsigned number) {
+  const std::string file = folder + "/bad.xrf";
+  put(file, test::contentOf(folder + "/out.xrf"));
+  cut(file, number);
+  XRF_RTL2LL::Limits few;
+  few.objects = 5;
+  return endOf(file, {}) + endOf(folder + "/out.xrf", few);
+}
+
 // What a host learns of a design: all that was said, how it ended, what was written, and what that
 // file gives when it is read again.
 std::string readDesign(const std::string& folder, unsigned number) {
@@ -93,6 +118,8 @@ std::string readDesign(const std::string& folder, unsigned number) {
     Design again(Matching::Extended);
     again.parse_xrf(file);
     result += countsOf(again);
+    XRF_RTL2LL::resetModel();
+    result += readBadly(folder, number);
   } catch (const trust::Stopped& stopped) {
     result += stopped.what();
   }
@@ -105,7 +132,10 @@ std::string readMetadata(const std::string& folder) {
   lmx60::s_debug_error debug;
   const Movrel::Project project((folder + "/meta.xml").c_str(), &error, &debug);
   std::string text;
-  if (error == lmx60::ELMX_OK) project.Marshal(&text);
+  if (error == lmx60::ELMX_OK) {
+    project.Marshal(&text);
+    text += std::to_string(XRF::HardwareEmulationMap(project).numKernels()) + " kernels\n";
+  }
   return text + std::to_string(error) + " " + std::to_string(debug.line) + " " + debug.message;
 }
 

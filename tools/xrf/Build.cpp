@@ -93,7 +93,7 @@ void readDeviceFiles(Design& design, const BuildOptions& options, Console& conso
     console.setCurrentInput(options.locations);
     design.parse_ll(options.locations);
     if (design.locationReport().lines == 0) {
-      console.warn(options.locations + ": no line tells a location");
+      console.warn(printable(options.locations) + ": no line tells a location");
     }
   }
   if (!options.log.empty()) {
@@ -151,6 +151,20 @@ void printReport(const BuildReport& report, const Session& session, bool outputT
   }
 }
 
+// What the library cannot write it tells of the file that it was given, of which nobody knows.
+void write(const Design& design, AtomicOutput& output, const BuildOptions& options) {
+  try {
+    design.exportDesign(output.path(), !options.hideHidden);
+  } catch (const Failure& failure) {
+    const std::string text = failure.what();
+    const std::size_t reason = text.find(": ", text.rfind(output.path()));
+    if (output.path() == options.output || text.find(output.path()) == std::string::npos) throw;
+    throw Failure("cannot write: " + (reason == std::string::npos ? text : text.substr(reason + 2)),
+                  options.output);
+  }
+  output.commit();
+}
+
 Status build(Session& session, const BuildOptions& options) {
   checkOptions(options);
   checkInputs(options);
@@ -172,8 +186,7 @@ Status build(Session& session, const BuildOptions& options) {
   }
   warnOfHiddenCells(report.views, options, session.console);
   warnOfStrictTraps(design, options, session.console);
-  design.exportDesign(output.path(), !options.hideHidden);
-  output.commit();
+  write(design, output, options);
   session.console.finish();
   printReport(report, session, output.isStandardOutput());
   return Status::Done;

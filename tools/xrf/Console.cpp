@@ -82,7 +82,7 @@ void Console::onMessage(int stream, const char* text, void* console) {
   if (stream == errorStream) {
     self.m_heldMessage = text;
   } else if (!self.m_quiet) {
-    put(text);
+    put(printableLines(text));
   }
 }
 
@@ -115,7 +115,7 @@ void Console::eraseProgress() {
 }
 
 void Console::showHeldMessage() {
-  put(m_heldMessage);
+  put(printableLines(m_heldMessage));
   m_heldMessage.clear();
 }
 

@@ -82,12 +82,14 @@ void printKernel(HardwareEmulationMap& map, const std::string& kernel, bool colo
 }
 
 Status emu(Session& session, const EmuOptions& options) {
-  requireMappable(options.file, session.options.limits);
+  // Read just once, since a pipe cannot be read again, and a file may be another by then.
+  const MetadataDocument document = readMetadata(options.file, session.options.limits);
+  requireMappable(document, options.file);
   if (options.design.empty()) {
     session.console.warn("the paths lack the name of the block design; give it with --bd");
   }
   HPICommonUtils::setBDDesignName(options.design);
-  HardwareEmulationMap map(options.file, session.options.limits);
+  HardwareEmulationMap map(document.project);
   if (session.options.json) {
     printJson(options.file, map);
     return Status::Done;

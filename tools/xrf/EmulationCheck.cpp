@@ -1,14 +1,12 @@
 #include <crossreference/XRFDataBaseInterface.h>
 #include <tools/xrf/EmulationCheck.h>
-#include <tools/xrf/MetadataDocument.h>
 
 namespace xrf {
 
 using XRF::ControllingConnection;
 using XRF::HardwareEmulationMap;
 
-void requireMappable(const std::string& file, const XRF_RTL2LL::Limits& limits) {
-  const MetadataDocument document = readMetadata(file, limits);
+void requireMappable(const MetadataDocument& document, const std::string& file) {
   requireGood(document, file);
   switch (HardwareEmulationMap::controllingConnection(document.project)) {
     case ControllingConnection::NotSought:

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <support/Limits.h>
+#include <tools/xrf/MetadataDocument.h>
 
 #include <string>
 
 namespace xrf {
 
-/// Throws a Failure when `file` cannot be read, is no sound metadata document, or is one from which
-/// the emulation map would not come back: the map itself reads in silence.
-void requireMappable(const std::string& file, const XRF_RTL2LL::Limits& limits);
+/// Throws a Failure when a document read from `file` has an error, or is one from which the
+/// emulation map would not come back: the map itself says nothing.
+void requireMappable(const MetadataDocument& document, const std::string& file);
 
 }  // namespace xrf

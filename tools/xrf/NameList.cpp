@@ -1,6 +1,7 @@
 #include <tools/xrf/Failure.h>
 #include <tools/xrf/NameList.h>
 
+#include <cstdio>
 #include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -10,11 +11,14 @@ namespace xrf {
 namespace {
 
 void appendLines(std::istream& in, std::vector<std::string>& names) {
+  // Otherwise the stream keeps want of memory to itself, and what was not read is just not there.
+  in.exceptions(std::ios::badbit);
   std::string line;
   while (std::getline(in, line)) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
     if (!line.empty()) names.push_back(line);
   }
+  if (std::ferror(stdin) != 0) throw Failure("standard input: cannot read names");
 }
 
 bool isStandardInput(const std::string& file) {

@@ -2,7 +2,9 @@
 #include <tools/xrf/RegularExpression.h>
 #include <tools/xrf/Style.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <fmt/format.h>
 
 namespace xrf {
@@ -18,9 +20,38 @@ std::string foreignEscape(const std::string& text) {
   return {};
 }
 
+// The C library compiles by recursion, and writes out every repetition: what is beyond these takes
+// its stack or gigabytes.
+bool isTooLarge(const std::string& text) {
+  constexpr std::size_t longest = 2000;
+  constexpr int deepest = 50;
+  constexpr double mostCopies = 1000;
+  int depth = 0;
+  double copies = 1;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '(' && ++depth > deepest) return true;
+    if (text[at] == ')') --depth;
+    if (text[at] != '{') continue;
+    // The larger of both bounds; a list of digits that is no bound does no harm.
+    double most = 1;
+    for (const char* next = text.c_str() + at; *next == '{' || *next == ',';) {
+      char* end = nullptr;
+      most = std::max(most, static_cast<double>(std::strtoul(next + 1, &end, 10)));
+      next = end;
+    }
+    copies *= most;
+  }
+  return text.size() > longest || copies > mostCopies;
+}
+
 }  // namespace
 
 RegularExpression::RegularExpression(const std::string& text) : m_expression() {
+  if (isTooLarge(text)) {
+    throw UsageFailure(
+        "the regular expression is too large: at most 2000 characters, 50 parentheses inside each "
+        "other, and repetitions that come to 1000");
+  }
   const std::string foreign = foreignEscape(text);
   if (!foreign.empty()) {
     throw UsageFailure(

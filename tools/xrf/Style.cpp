@@ -1,5 +1,6 @@
 #include <tools/xrf/Style.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -58,10 +59,19 @@ std::string painted(std::string_view text, Color color, bool enabled) {
 }
 
 std::string printable(std::string_view text) {
+  std::string result = printableLines(text);
+  std::replace(result.begin(), result.end(), '\n', '?');
+  return result;
+}
+
+std::string printableLines(std::string_view text) {
   std::string result(text);
-  for (char& c : result) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7f) c = '?';
+  for (std::size_t at = 0; at < result.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(result[at]);
+    if ((byte < 0x20 && byte != '\n') || byte == 0x7f) result[at] = '?';
+    // The control characters that UTF-8 writes as two bytes, which some terminals obey, too.
+    if (at == 0 || byte < 0x80 || byte >= 0xa0 || result[at - 1] != '\xc2') continue;
+    result[at - 1] = result[at] = '?';
   }
   return result;
 }

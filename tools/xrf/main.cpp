@@ -42,7 +42,10 @@ int report(Session& session, const Failure& failure, Status status) {
 int reportException(Session& session, const std::exception& exception) {
   const std::string& file = session.console.currentInput();
   const std::string prefix = file.empty() ? "unexpected error" : "the file is malformed";
-  return report(session, Failure(prefix + " (" + exception.what() + ")", file), Status::Failed);
+  // What the standard library says of a file would mean nothing to who gave it.
+  const std::string reason =
+      file.empty() ? std::string(" (") + exception.what() + ")" : std::string();
+  return report(session, Failure(prefix + reason, file), Status::Failed);
 }
 
 int run(Session& session) {
