@@ -60,7 +60,8 @@ std::string painted(std::string_view text, Color color, bool enabled) {
 
 std::string printable(std::string_view text) {
   std::string result = printableLines(text);
-  std::replace(result.begin(), result.end(), '\n', '?');
+  const auto isLeft = [](char c) { return c == '\n' || c == '\r' || c == '\t'; };
+  std::replace_if(result.begin(), result.end(), isLeft, '?');
   return result;
 }
 
@@ -68,7 +69,9 @@ std::string printableLines(std::string_view text) {
   std::string result(text);
   for (std::size_t at = 0; at < result.size(); ++at) {
     const auto byte = static_cast<unsigned char>(result[at]);
-    if ((byte < 0x20 && byte != '\n') || byte == 0x7f) result[at] = '?';
+    const bool endsLine = byte == '\r' && at + 1 < result.size() && result[at + 1] == '\n';
+    if (byte == '\n' || byte == '\t' || endsLine) continue;
+    if (byte < 0x20 || byte == 0x7f) result[at] = '?';
     // The control characters that UTF-8 writes as two bytes, which some terminals obey, too.
     if (at == 0 || byte < 0x80 || byte >= 0xa0 || result[at - 1] != '\xc2') continue;
     result[at - 1] = result[at] = '?';

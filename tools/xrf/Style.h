@@ -22,7 +22,7 @@ std::string painted(std::string_view text, Color color, bool enabled);
 /// `text` with every control byte shown as "?", so that a name read from a file cannot drive the
 /// terminal it is printed on.
 std::string printable(std::string_view text);
-/// The same of a text of several lines, whose line feeds stay.
+/// The same of a text of several lines, whose line ends and tabs stay.
 std::string printableLines(std::string_view text);
 
 }  // namespace xrf
