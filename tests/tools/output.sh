@@ -129,11 +129,11 @@ fi
 
 # A build that is stopped while it reads leaves the older file and nothing else.
 mkfifo endless
-for signal in TERM INT HUP; do
+for signal in TERM INT HUP PIPE XCPU; do
   cp small.xrf kept.xrf
   last_run="xrf build, stopped by SIG$signal"
   # A script's background jobs ignore SIGINT unless told otherwise.
-  env --default-signal=INT timeout -s KILL 60 "$XRF" build --rtl endless --synth endless \
+  env --default-signal=INT,PIPE "$XRF" build --rtl endless --synth endless \
     -o kept.xrf >out 2>err </dev/null &
   job=$!
   for _ in $(seq 100); do

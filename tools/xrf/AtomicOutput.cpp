@@ -12,7 +12,8 @@ namespace xrf {
 
 namespace {
 
-constexpr std::array<int, 5> endingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ};
+constexpr std::array<int, 8> endingSignals{SIGHUP,  SIGINT,  SIGQUIT, SIGTERM,
+                                           SIGPIPE, SIGALRM, SIGXCPU, SIGXFSZ};
 
 // A signal handler takes no argument of ours, so what it removes has to be found here. Written only
 // while the signals are blocked.

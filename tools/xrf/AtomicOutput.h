@@ -9,7 +9,7 @@ namespace xrf {
 
 /// A file that appears under its name only when it is complete, or not at all: what a
 /// FileReplacement does, and its temporary file is also removed when SIGHUP, SIGINT, SIGQUIT,
-/// SIGTERM or SIGXFSZ ends the process.
+/// SIGTERM, SIGPIPE, SIGALRM, SIGXCPU or SIGXFSZ ends the process.
 ///
 ///     AtomicOutput output("top.xrf");        // fails here if the folder cannot be written to
 ///     write(output.path());
