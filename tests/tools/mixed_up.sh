@@ -44,9 +44,14 @@ printf '\xef\xbb\xbf\n (EDIF x\n)' >odd.edf
 refuses odd.edf "$netlist" "$locations" build --rtl rtl.edf --synth synth.edf --ll odd.edf -o out.xrf
 # What only holds such words further on, or as part of others, is left to its reader.
 printf '(edifice x)' >words.log
-printf 'INFO: (edif x)\nBitten 7\nBit by bit\n' >>words.log
+printf 'INFO: (edif x)\nBitten 7\nBit by bit\nBit 3 of x\n' >>words.log
 run 0 build -q --rtl rtl.edf --synth synth.edf --log words.log -o y.xrf
 lines err 0
+echo 'Revision 3 of the flow' >words.log
+run 0 build -q --rtl rtl.edf --synth synth.edf --log words.log -o y.xrf
+lines err 0
+grep '^Bit' blinker.ll >bits.ll
+refuses bits.ll "$locations" "$log" build --rtl rtl.edf --synth synth.edf --log bits.ll -o out.xrf
 
 run 0 build -q --rtl rtl.edf --synth rtl.edf -o y.xrf
 has err 'xrf: warning: --rtl and --synth name one file'

@@ -42,13 +42,29 @@ bool opensList(std::string_view text, std::string_view keyword) {
          std::equal(keyword.begin(), keyword.end(), text.begin(), same);
 }
 
+// Takes a number from the front of the text, and the blanks before it; false where none is.
+bool takeNumber(std::string_view& text) {
+  const std::size_t start = std::min(text.find_first_not_of(" \t"), text.size());
+  const std::size_t end = std::min(text.find_first_not_of("0123456789", start), text.size());
+  text.remove_prefix(end);
+  return end > start;
+}
+
+// A line "Revision 3", or one of a bit: its number, then a frame address. A log may begin with such
+// words, too, but hardly goes on like that.
 bool isLocations(std::string_view text) {
-  if (text.starts_with("Revision ")) return true;
-  const std::size_t line = text.starts_with("Bit ") ? 0 : text.find("\nBit ");
+  constexpr std::string_view revision = "Revision ";
+  constexpr std::string_view bit = "\nBit ";
+  std::string_view rest = text.substr(std::min(revision.size(), text.size()));
+  if (text.starts_with(revision) && takeNumber(rest)) {
+    return rest.empty() || rest.front() == '\n' || rest.front() == '\r';
+  }
+  const std::size_t line = text.starts_with(bit.substr(1)) ? 0 : text.find(bit);
   if (line == std::string_view::npos) return false;
-  const std::size_t number = text.find_first_not_of(" \t", text.find("Bit ", line) + 3);
-  return number != std::string_view::npos &&
-         std::isdigit(static_cast<unsigned char>(text[number])) != 0;
+  rest = text.substr(text.find(' ', line));
+  if (!takeNumber(rest)) return false;
+  rest.remove_prefix(std::min(rest.find_first_not_of(" \t"), rest.size()));
+  return rest.starts_with("0x");
 }
 
 }  // namespace
