@@ -77,7 +77,7 @@ def test_the_stub_says_what_is_compiled(tmp_path: Path) -> None:
 
 
 def signatures() -> dict[str, list[str]]:
-    """Return the names of the parameters of each function that the stub declares."""
+    """Return the names of the parameters of each function in _xrf.pyi."""
     found = {}
     for node in ast.parse((PACKAGE / "_xrf.pyi").read_text()).body:
         inside = node.body if isinstance(node, ast.ClassDef) else [node]
