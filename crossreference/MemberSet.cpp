@@ -111,10 +111,26 @@ void sort(Keyed* first, Keyed* last) {
   }
 }
 
+// Objects and their names may be all over memory, so they are asked for ahead of their turn.
+template <class T>
+void keyAll(std::span<const std::uintptr_t> slots, Keyed* keys) {
+  constexpr std::size_t objectsAhead = 16;
+  constexpr std::size_t namesAhead = 8;
+  for (std::size_t at = 0; at < slots.size(); ++at) {
+    if (at + objectsAhead < slots.size()) {
+      __builtin_prefetch(object<T>(slots[at + objectsAhead]));
+    }
+    if (at + namesAhead < slots.size()) {
+      __builtin_prefetch(ModelState::nameOf(object<T>(slots[at + namesAhead])));
+    }
+    keys[at] = keyed<T>(slots[at]);
+  }
+}
+
 // Puts the slots in order and marks those that are listed.
 template <class T>
 void arrange(detail::Members& set, Keyed* scratch, bool drop) {
-  for (std::uint32_t at = 0; at < set.count; ++at) scratch[at] = keyed<T>(set.slots[at]);
+  keyAll<T>({set.slots, set.count}, scratch);
   sort<T>(scratch, scratch + set.count);
   std::uint32_t kept = 0;
   const Keyed* last = nullptr;
