@@ -16,6 +16,7 @@ namespace XRF_RTL2LL {
 
 namespace {
 
+constexpr std::size_t usualLine = 80;                         // bytes
 constexpr std::size_t prefix = 6;                             // of a site's name, as in SLICE_
 constexpr std::uint64_t mostLevels = Limits().moduleNesting;  // of a name, as of any hierarchy
 
@@ -116,7 +117,7 @@ LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistSta
       m_slr_size(utils::getSLRSize(m_netlist.getPart())),
       m_reading(netlist.reading),
       m_search(netlist),
-      m_match(netlist) {}
+      m_match(netlist, text.size() / usualLine) {}
 
 void LogicLocationReader::read() {
   while (m_lines.next()) parse_line();

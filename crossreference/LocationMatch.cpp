@@ -5,7 +5,9 @@
 
 namespace XRF_RTL2LL {
 
-LocationMatch::LocationMatch(const NetlistState& state) : m_state(state), m_search(state) {
+LocationMatch::LocationMatch(const NetlistState& state, std::size_t lines)
+    : m_state(state), m_search(state), m_claims(&m_memory) {
+  m_claims.reserve(lines);
   for (const EdifView view : {RTL, SYNTH}) {
     const Module* top = state.top.at(view);
     const bool named = top != nullptr && top->getName() != nullptr;
@@ -13,29 +15,30 @@ LocationMatch::LocationMatch(const NetlistState& state) : m_state(state), m_sear
   }
 }
 
-Signal* LocationMatch::findBelow(EdifView view, std::string_view name, std::string_view ending) {
-  m_name = m_prefix.at(view);
-  m_name += name;
-  m_name += ending;
-  return m_search.find(view, m_name);
-}
-
-// Looks for the register that drives a net of a name below the top; true when there is one.
+// Looks for the register that drives a net of a name below the top; true when there is one. All
+// that the name may mean differs in the last level alone, so it is one module's.
 bool LocationMatch::findExactly(std::string_view name, EdifView view, Match& match) {
+  const std::size_t last = name.rfind('/') + 1;
+  m_path = m_prefix.at(view);
+  m_path += name.substr(0, last);
+  m_path.pop_back();
+  const auto find = [&](std::string_view local) { return m_search.find(view, m_path, local); };
   // A net that has the name of a register which is not on it is kept under a name of its own.
-  const Signal* apart = findBelow(view, name, apartEnding);
+  m_local = name.substr(last);
+  m_local += apartEnding;
+  const Signal* apart = find(m_local);
   match.isApart = apart != nullptr;
   if (match.isApart) return accept(*apart, 0, match);
-  const Signal* whole = findBelow(view, name);
+  const Signal* whole = find(name.substr(last));
   if (whole != nullptr && accept(*whole, 0, match)) return true;
   std::string_view plainBus;
   std::uint32_t index = 0;
   if (splitBit(name, plainBus, index)) {
-    const Signal* bus = findBelow(view, plainBus);
+    const Signal* bus = find(plainBus.substr(last));
     return bus != nullptr && accept(*bus, index, match);
   }
   const NamedBits bit = decodeBit(name);
-  const Signal* bus = bit.valid ? findBelow(view, bit.signal) : nullptr;
+  const Signal* bus = bit.valid ? find(std::string_view(bit.signal).substr(last)) : nullptr;
   return bus != nullptr && accept(*bus, bit.lsb, match);
 }
 
@@ -59,9 +62,7 @@ LocationMatch::Match LocationMatch::find(const std::string& name, EdifView view)
   for (LevelChanges changes(name); changes.next();) {
     const ChangedLevels& changed = changes.current();
     // What still is a module was not joined to the names below it.
-    const bool kept = !changed.joined.empty() &&
-                      m_state.modules.at(view).find(prefix + changed.joined) != nullptr;
-    if (kept) break;
+    if (!changed.joined.empty() && m_search.hasModule(view, prefix + changed.joined)) break;
     if (findExactly(changed.name, view, match)) return match;
   }
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.

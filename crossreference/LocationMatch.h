@@ -4,7 +4,9 @@
 #include <crossreference/SignalSearch.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,7 +30,8 @@ class LocationMatch {
  public:
   enum class Outcome { Used, SkippedLatch, Unmatched };
 
-  explicit LocationMatch(const NetlistState& state);
+  /// Makes room for about so many lines.
+  LocationMatch(const NetlistState& state, std::size_t lines);
 
   /// Records a line. `multiplexer` says that the latch taps what leaves the slice, which is a
   /// register only where a register drives the net.
@@ -55,15 +58,16 @@ class LocationMatch {
   Match find(std::string_view net);
   Match find(const std::string& name, EdifView view);
   bool findExactly(std::string_view name, EdifView view, Match& match);
-  Signal* findBelow(EdifView view, std::string_view name, std::string_view ending = {});
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome claim(Bit& bit, const Claim& claim);
 
   const NetlistState& m_state;
   SignalSearch m_search;
   std::array<std::string, 2> m_prefix;  // of what is below the top, where there is one
-  std::string m_name;                   // the full name that is looked for
-  std::unordered_map<const Bit*, Claim> m_claims;
+  std::string m_path;                   // of the module whose signals are looked for
+  std::string m_local;
+  std::pmr::monotonic_buffer_resource m_memory;
+  std::pmr::unordered_map<const Bit*, Claim> m_claims;
   std::uint64_t m_withdrawn = 0;
 };
 

@@ -62,7 +62,7 @@ int NameKey::compare(const NameKey& a, const NameKey& b) {
 
 std::string NameKey::compose() const {
   std::string name;
-  for (const std::string_view piece : pieces) name += piece;
+  appendTo(name);
   return name;
 }
 
@@ -124,13 +124,17 @@ void NameRegistry<T>::grow() {
 template class NameRegistry<Module>;
 template class NameRegistry<Signal>;
 
-Module* ModuleRegistry::enter(Module* module) {
-  if (module->m_path != m_path) {
-    m_path = module->m_path;
-    m_path_hash = extendHash(extendHash(emptyHash, *m_path), "/");
+std::uint32_t ModuleNameHash::operator()(const Module& module) {
+  const NameKey key(module);
+  if (key.pieces[0].data() != m_path) {
+    m_path = key.pieces[0].data();
+    m_path_hash = extendHash(extendHash(emptyHash, key.pieces[0]), key.pieces[1]);
   }
-  const std::uint32_t hash = finishHash(extendHash(m_path_hash, view(module->m_name)));
-  Module* replaced = m_names.enter(module, hash);
+  return finishHash(extendHash(m_path_hash, key.pieces[2]));
+}
+
+Module* ModuleRegistry::enter(Module* module) {
+  Module* replaced = m_names.enter(module, m_hash(*module));
   if (module->m_netlist == 0) module->m_netlist = m_netlist;
   if (replaced != nullptr && replaced->m_netlist == m_netlist) {
     replaced->m_entered = replaced->m_entered & ~(1U << m_view) & 3U;
@@ -142,6 +146,29 @@ Module* ModuleRegistry::enter(Module* module) {
 Module* ModuleRegistry::find(const NameKey& key) const {
   const RegisteredName<Module>* entry = m_names.find(key, key.hash());
   return entry == nullptr ? nullptr : entry->object;
+}
+
+void ModuleRegistry::findTogether(std::span<const Module* const> named,
+                                  std::span<Module*> found) const {
+  std::array<std::uint32_t, mostTogether> hashes;
+  std::array<const RegisteredName<Module>*, mostTogether> met;
+  ModuleNameHash hashOf;
+  for (std::size_t at = 0; at < named.size(); ++at) {
+    hashes[at] = hashOf(*named[at]);
+    m_names.prefetch(hashes[at]);
+  }
+  for (std::size_t at = 0; at < named.size(); ++at) {
+    met[at] = m_names.candidate(hashes[at]);
+    __builtin_prefetch(met[at]);
+  }
+  for (std::size_t at = 0; at < named.size(); ++at) {
+    if (met[at] != nullptr) __builtin_prefetch(met[at]->object);
+  }
+  for (std::size_t at = 0; at < named.size(); ++at) {
+    const RegisteredName<Module>* entry = m_names.find(NameKey(*named[at]), hashes[at]);
+    found[at] = entry == nullptr ? nullptr : entry->object;
+    if (entry != nullptr) __builtin_prefetch(entry->object->m_signals.slots);
+  }
 }
 
 bool SignalRegistry::owns(const Module& module) const {
@@ -216,13 +243,17 @@ Signal* SignalRegistry::find(const NameKey& key) const {
 }
 
 Signal* SignalRegistry::find(const Module& module, std::string_view name) const {
+  const std::string* word = m_model.names.find(name);
+  return word == nullptr ? nullptr : find(module, word);
+}
+
+Signal* SignalRegistry::find(const Module& module, const std::string* word) const {
   if (owns(module) && (module.m_entered & viewBit()) != 0) {
-    const std::string* word = m_model.names.find(name);
-    Signal* signal = word == nullptr ? nullptr : findIn(module, module.m_path, word);
+    Signal* signal = findIn(module, module.m_path, word);
     if (signal != nullptr) return signal;
   }
   if (m_loose.empty()) return nullptr;
-  const NameKey key(module, name);
+  const NameKey key(module, *word);
   Signal* signal = findLoose(key, key.hash());
   // Modules may have one name once it is cleaned.
   return signal != nullptr && signal->m_module == &module ? signal : nullptr;

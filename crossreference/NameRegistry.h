@@ -1,10 +1,13 @@
 #pragma once
 
+#include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +30,9 @@ struct NameKey {
   /// Byte order of the composed names: negative, zero or positive.
   static int compare(const NameKey& a, const NameKey& b);
   std::string compose() const;
+  void appendTo(std::string& text) const {
+    for (const std::string_view piece : pieces) text += piece;
+  }
 };
 
 /// What a registry keeps of an object, enough to tell the name under which it was entered. A
@@ -59,6 +65,16 @@ class NameRegistry {
   T* enter(T* object, std::uint32_t hash);
   /// What was entered under a name, or null.
   const RegisteredName<T>* find(const NameKey& key, std::uint32_t hash) const;
+  /// Fetches the memory in which a look-up begins.
+  void prefetch(std::uint32_t hash) const {
+    if (!m_slots.empty()) __builtin_prefetch(&m_slots[hash & (m_slots.size() - 1)]);
+  }
+  /// What a look-up will meet first, or null. It need not be what is looked for.
+  const RegisteredName<T>* candidate(std::uint32_t hash) const {
+    if (m_slots.empty()) return nullptr;
+    const Slot slot = m_slots[hash & (m_slots.size() - 1)];
+    return slot.number == 0 || slot.hash != hash ? nullptr : &m_entries[slot.number - 1];
+  }
   /// In the order in which the names came.
   template <class Visit>
   void each(Visit visit) const {
@@ -78,15 +94,32 @@ class NameRegistry {
   std::vector<Slot> m_slots;
 };
 
+/// Hashes the names of modules. Those of one parent mostly come one after another, so the hash of
+/// their path is kept.
+class ModuleNameHash {
+ public:
+  std::uint32_t operator()(const Module& module);
+
+ private:
+  const char* m_path = nullptr;
+  std::uint64_t m_path_hash = 0;
+};
+
 /// The modules of one view of a netlist.
 class ModuleRegistry {
  public:
+  /// As many names as it pays to look up together.
+  static constexpr std::size_t mostTogether = 32;
+
   ModuleRegistry(EdifView view, std::uint16_t netlist) : m_view(view), m_netlist(netlist) {}
 
   /// Returns the module that was replaced, or null.
   Module* enter(Module* module);
   Module* find(std::string_view name) const { return find(NameKey(name)); }
   Module* find(const NameKey& key) const;
+  /// Finds the modules that bear the names of up to `mostTogether` others, null where there is
+  /// none. The waits for memory overlap, also those for where the signals of the found ones are.
+  void findTogether(std::span<const Module* const> named, std::span<Module*> found) const;
   /// In the order in which their names came.
   template <class Visit>
   void each(Visit visit) const {
@@ -99,9 +132,7 @@ class ModuleRegistry {
   EdifView m_view;
   std::uint16_t m_netlist;
   NameRegistry<Module> m_names;
-  // Modules of one parent mostly come one after another, so the hash of their path is kept.
-  const std::string* m_path = nullptr;
-  std::uint64_t m_path_hash = 0;
+  ModuleNameHash m_hash;
 };
 
 /// Whether a local name is there and does not look like a path.
@@ -130,6 +161,8 @@ class SignalRegistry {
   Signal* find(const NameKey& key) const;
   /// The signal of a module by its local name.
   Signal* find(const Module& module, std::string_view name) const;
+  /// The same for a name that the model stores.
+  Signal* find(const Module& module, const std::string* word) const;
   /// Whether a signal's full name finds it.
   bool contains(const Signal& signal) const;
   /// Keeps the signals of a module whose name went to another one.
@@ -137,6 +170,14 @@ class SignalRegistry {
   /// In the order in which they were made.
   template <class Visit>
   void each(Visit visit) const;
+  /// Those that are found through a module, in its order.
+  template <class Visit>
+  void eachOf(const Module& module, Visit visit) const {
+    if (!owns(module)) return;
+    members::each<Signal>(module.m_signals, [&](Signal* signal) {
+      if (isHeld(*signal)) visit(signal);
+    });
+  }
 
  private:
   bool owns(const Module& module) const;
@@ -175,11 +216,30 @@ void SignalRegistry::each(Visit visit) const {
   });
 }
 
-/// Sorts objects by full name, in byte order.
+/// Sorts objects by full name, in byte order. The names are composed, since their pieces are all
+/// over memory.
 template <class T>
 void sortByName(std::vector<T*>& objects) {
-  std::sort(objects.begin(), objects.end(),
-            [](const T* a, const T* b) { return NameKey::compare(NameKey(*a), NameKey(*b)) < 0; });
+  struct Named {
+    std::size_t start;
+    std::size_t size;
+    T* object;
+  };
+  std::string names;
+  std::vector<Named> named;
+  named.reserve(objects.size());
+  for (T* object : objects) {
+    const std::size_t start = names.size();
+    NameKey(*object).appendTo(names);
+    named.push_back({start, names.size() - start, object});
+  }
+  const auto nameOf = [&](const Named& one) {
+    return std::string_view(names).substr(one.start, one.size);
+  };
+  std::sort(named.begin(), named.end(),
+            [&](const Named& a, const Named& b) { return nameOf(a) < nameOf(b); });
+  std::transform(named.begin(), named.end(), objects.begin(),
+                 [](const Named& one) { return one.object; });
 }
 
 }  // namespace XRF_RTL2LL

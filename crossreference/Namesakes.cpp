@@ -1,5 +1,7 @@
 #include <crossreference/Namesakes.h>
 
+#include <algorithm>
+
 namespace XRF_RTL2LL {
 
 Namesakes::Namesakes(const NetlistState& state) : m_state(state) {
@@ -23,19 +25,37 @@ bool Namesakes::mayFind(const Signal& rtl) {
 }
 
 Signal* Namesakes::find(const Signal& rtl) {
-  if (!mayFind(rtl) || m_state.isAmbiguous(rtl)) return nullptr;
-  const char* name = rtl.getName();
-  Signal* synth = m_plain && name != nullptr
-                      ? m_state.findByName(SYNTH, *twinOf(rtl.getModule()), name)
-                      : findAnywhere(rtl);
-  return synth == nullptr || m_state.isAmbiguous(*synth) ? nullptr : synth;
+  if (!mayFind(rtl)) return nullptr;
+  if (m_plain && rtl.getName() != nullptr) return findIn(*twinOf(rtl.getModule()), rtl);
+  return unlessAmbiguous(rtl, findAnywhere(rtl));
 }
 
-const Module* Namesakes::find(const Module& rtl) const {
+Signal* Namesakes::findIn(const Module& twin, const Signal& rtl) const {
+  return unlessAmbiguous(rtl, m_state.signals[SYNTH].find(twin, ModelState::nameOf(&rtl)));
+}
+
+Signal* Namesakes::unlessAmbiguous(const Signal& rtl, Signal* synth) const {
+  const bool one = synth != nullptr && !m_state.isAmbiguous(rtl) && !m_state.isAmbiguous(*synth);
+  return one ? synth : nullptr;
+}
+
+std::vector<Module*> Namesakes::find(const std::vector<const Module*>& rtl) const {
   const ModuleRegistry& modules = m_state.modules[SYNTH];
-  if (!m_tops) return nullptr;
-  return m_same_top ? modules.find(NameKey(rtl))
-                    : modules.find(twinName(m_state, NameKey(rtl).compose()));
+  std::vector<Module*> found(rtl.size());
+  if (!m_tops) return found;
+  if (!m_same_top) {
+    std::transform(rtl.begin(), rtl.end(), found.begin(), [&](const Module* module) {
+      return modules.find(twinName(m_state, NameKey(*module).compose()));
+    });
+    return found;
+  }
+  const std::span<const Module* const> named(rtl);
+  const std::span<Module*> places(found);
+  for (std::size_t at = 0; at < rtl.size(); at += ModuleRegistry::mostTogether) {
+    const std::size_t count = std::min(ModuleRegistry::mostTogether, rtl.size() - at);
+    modules.findTogether(named.subspan(at, count), places.subspan(at, count));
+  }
+  return found;
 }
 
 Signal* Namesakes::findAnywhere(const Signal& rtl) const {
@@ -43,16 +63,16 @@ Signal* Namesakes::findAnywhere(const Signal& rtl) const {
                     : m_state.signals[SYNTH].find(twinName(m_state, rtl.getFullName()));
 }
 
-std::string belowTop(const NetlistState& state, const std::string& name, EdifView view) {
+NamesBelowTop::NamesBelowTop(const NetlistState& state, EdifView view) {
   const Module* top = state.top.at(view);
-  const std::string prefix = top == nullptr ? "/" : NameKey(*top).compose() + "/";
-  return name.compare(0, prefix.size(), prefix) == 0 ? name.substr(prefix.size()) : name;
+  if (top != nullptr) NameKey(*top).appendTo(m_prefix);
+  m_prefix += '/';
 }
 
 std::string twinName(const NetlistState& state, const std::string& rtl) {
   std::string name = NameKey(*state.top[SYNTH]).compose();
   name += '/';
-  return name += belowTop(state, rtl, RTL);
+  return name += NamesBelowTop(state, RTL).part(rtl);
 }
 
 }  // namespace XRF_RTL2LL

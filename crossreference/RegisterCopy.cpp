@@ -4,6 +4,7 @@
 #include <crossreference/SignalIndex.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <span>
 #include <utility>
@@ -47,6 +48,20 @@ bool areElsewhere(const Bit& a, const Bit& b) {
           a.getStateLoc3() != b.getStateLoc3());
 }
 
+// Pairs in name order are all over memory, so those to come are looked at together.
+void touchAhead(std::span<const RegisterPairs::Pair> pairs, std::size_t at) {
+  if (at % mostTouched != 0) return;
+  const auto touch = [ahead = pairs.subspan(at, std::min(mostTouched, pairs.size() - at))](
+                         Signal* RegisterPairs::Pair::*member) {
+    std::array<const Signal*, mostTouched> signals{};
+    std::transform(ahead.begin(), ahead.end(), signals.begin(),
+                   [&](const RegisterPairs::Pair& pair) { return pair.*member; });
+    touchBits(signals);
+  };
+  touch(&RegisterPairs::Pair::rtl);
+  touch(&RegisterPairs::Pair::synth);
+}
+
 void markUnreadBit(Bit& bit) {
   bit.setKind(Bit::UNREAD);
   bit.setValue(false);
@@ -76,7 +91,10 @@ void RegisterCopy::copyRegisters() {
       contradicted.push_back(&bit);
     }
   };
-  for (const RegisterPairs::Pair& pair : m_pairs->registers()) {
+  const std::vector<RegisterPairs::Pair>& pairs = m_pairs->registers();
+  for (std::size_t at = 0; at < pairs.size(); ++at) {
+    touchAhead(pairs, at);
+    const RegisterPairs::Pair& pair = pairs[at];
     if (pair.synth == nullptr) continue;
     eachCommon(*pair.rtl, *pair.synth, [&](const BitRef& to, const BitRef& from) {
       if (RegisterTies::isTied(to) && RegisterTies::isTied(from)) takeOwn(to, from);
@@ -119,16 +137,12 @@ void RegisterCopy::copyNames() {
   // Where the views share bits, what one name shows can be what another one takes.
   const bool mayShareBits = m_state.loaded;
   std::vector<Name> names;
-  Namesakes namesakes(m_state);
-  m_state.signals[RTL].each([&](Signal* rtl) {
-    if (!namesakes.mayFind(*rtl) || !hasUnknown(*rtl)) return;
-    const Signal* synth = namesakes.find(*rtl);
-    if (synth == nullptr) return;
+  Namesakes(m_state).eachPair(hasUnknown, [&](const Signal& rtl, const Signal& synth) {
     bool any = false;
-    eachCommon(*rtl, *synth,
+    eachCommon(rtl, synth,
                [&](const BitRef& to, const BitRef& from) { any = any || takesName(to, from); });
     if (!any) return;
-    eachCommon(*rtl, *synth, [&](const BitRef& to, const BitRef& from) {
+    eachCommon(rtl, synth, [&](const BitRef& to, const BitRef& from) {
       if (mayShareBits || takesName(to, from)) names.push_back({to.getBit(), &to, &from});
     });
   });

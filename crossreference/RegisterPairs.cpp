@@ -9,16 +9,15 @@
 #include <cstring>
 #include <functional>
 #include <numeric>
+#include <string_view>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
 namespace {
 
-// A name with all its levels joined, the way flattening names what it brings up all the way.
-std::string joinedLevels(std::string name) {
-  std::replace(name.begin(), name.end(), '/', '_');
-  return name;
-}
+// Joins all levels of a name, the way flattening names what it brings up all the way.
+void joinLevels(std::string& name) { std::replace(name.begin(), name.end(), '/', '_'); }
 
 // Calls `visit` with the place of each "/" of a name and a hash of what stands before it.
 template <class Visit>
@@ -38,16 +37,16 @@ RegisterPairs::RegisterPairs(const NetlistState& state)
   sortByName(registers);
   m_registers.reserve(registers.size());
   for (Signal* rtl : registers) m_registers.push_back({rtl, nullptr, false});
-  findNamesakes();
-  if (m_top[RTL] != nullptr && m_top[SYNTH] != nullptr) {
-    matchFlattened();
-    matchUnnamed();
-  }
   m_by_address.resize(m_registers.size());
   std::iota(m_by_address.begin(), m_by_address.end(), 0U);
   std::sort(m_by_address.begin(), m_by_address.end(), [this](std::uint32_t a, std::uint32_t b) {
     return std::less<>()(m_registers[a].rtl, m_registers[b].rtl);
   });
+  findNamesakes();
+  if (m_top[RTL] != nullptr && m_top[SYNTH] != nullptr) {
+    matchFlattened();
+    matchUnnamed();
+  }
 }
 
 const Signal* RegisterPairs::twin(const Signal& rtl) const {
@@ -81,9 +80,12 @@ std::vector<Signal*> RegisterPairs::tiedSignals(const NetlistState& state, EdifV
   return signals;
 }
 
+// Signals of one module lie together.
 void RegisterPairs::findNamesakes() {
   Namesakes namesakes(m_state);
-  for (Pair& pair : m_registers) pair.synth = namesakes.find(*pair.rtl);
+  for (const std::uint32_t number : m_by_address) {
+    m_registers[number].synth = namesakes.find(*m_registers[number].rtl);
+  }
 }
 
 bool RegisterPairs::isImplemented(const BitRef& place) const {
@@ -94,33 +96,39 @@ bool RegisterPairs::isImplemented(const BitRef& place) const {
 // An instance name such as count_reg_3_ tells no bit, but the same instance in both views is the
 // same register.
 void RegisterPairs::matchUnnamed() {
-  const Namesakes namesakes(m_state);
+  std::vector<const Module*> cells;
   m_state.modules[RTL].each([&](const Module* module) {
     if (module->getName() == nullptr || !RegisterTies::isRegister(m_state, *module)) return;
     const Signal* output = RegisterTies::outputOf(*module);
     if (output == nullptr || namesRegister(module->getName())) return;
-    const Module* synth = namesakes.find(*module);
-    const bool both = synth != nullptr && RegisterTies::isRegister(m_state, *synth);
-    m_unnamed.push_back({output, both ? RegisterTies::outputOf(*synth) : nullptr});
+    m_unnamed.push_back({output, nullptr});
+    cells.push_back(module);
   });
+  const std::vector<Module*> twins = Namesakes(m_state).find(cells);
+  for (std::size_t at = 0; at < twins.size(); ++at) {
+    const Module* synth = twins[at];
+    const bool both = synth != nullptr && RegisterTies::isRegister(m_state, *synth);
+    if (both) m_unnamed[at].synth = RegisterTies::outputOf(*synth);
+  }
 }
 
 // Modules that are left, and those that were dissolved with "/": nothing below them was joined to
 // their names. Were two hashes ever equal, a register would be left out, never taken for another.
 void RegisterPairs::findKeptLevels() {
+  NamesBelowTop names(m_state, SYNTH);
   m_state.modules[SYNTH].each([&](const Module* module) {
     if (module->getName() == nullptr) return;
     const bool holdsModules = !module->getChildren(false).empty();
     const bool dissolved = std::strchr(module->getName(), '/') != nullptr;
     if (!holdsModules && !dissolved) return;
-    std::string path = belowTop(m_state, NameKey(*module).compose(), SYNTH);
+    std::string path(names.of(*module));
     if (holdsModules) path += '/';
     eachLevel(path, [&](std::size_t, std::uint64_t hash) { m_kept.insert(hash); });
   });
 }
 
 // Whether flattening can have made one name of the other: some levels are joined, all else is kept.
-bool RegisterPairs::isJoined(const std::string& name, const std::string& flat) const {
+bool RegisterPairs::isJoined(std::string_view name, std::string_view flat) const {
   if (name.size() != flat.size()) return false;
   bool joined = true;
   eachLevel(name, [&](std::size_t at, std::uint64_t hash) {
@@ -133,23 +141,18 @@ bool RegisterPairs::isJoined(const std::string& name, const std::string& flat) c
 // Where the hierarchy was flattened with "_", a register is found by its name with levels joined,
 // if that can mean only one register on either side.
 void RegisterPairs::matchFlattened() {
-  Signals taken;
-  Flattened missing;
-  for (std::size_t number = 0; number < m_registers.size(); ++number) {
-    const Signal* same = m_registers[number].synth;
-    if (same != nullptr && RegisterTies::holdsRegisters(*same)) {
-      taken.insert(same);
-    } else {
-      addFlattened(missing, number);
-    }
-  }
+  const Flattened missing = namesOfMissing();
   if (missing.empty()) return;
   findKeptLevels();
   Claims claims;
   Signals crowded;
+  NamesBelowTop names(m_state, SYNTH);
+  std::string joined;
   for (Signal* synth : tiedSignals(m_state, SYNTH)) {
-    const std::string name = belowTop(m_state, synth->getFullName(), SYNTH);
-    const auto [first, last] = missing.equal_range(joinedLevels(name));
+    const std::string_view name = names.of(*synth);
+    joined = name;
+    joinLevels(joined);
+    const auto [first, last] = missing.equal_range(joined);
     // As many registers of one name once joined are told from one another.
     std::size_t left = 64;
     for (auto found = first; found != last && left > 0; ++found, --left) {
@@ -157,26 +160,42 @@ void RegisterPairs::matchFlattened() {
     }
     if (left == 0) crowded.insert(synth);
   }
-  settleFlattened(claims, taken, crowded);
+  settleFlattened(claims, crowded);
 }
 
-void RegisterPairs::addFlattened(Flattened& missing, std::size_t number) const {
-  const std::string name = belowTop(m_state, m_registers[number].rtl->getFullName(), RTL);
-  missing.emplace(joinedLevels(name), FlatName{name, number});
-  const std::string clean = withCleanLevels(name);
-  if (clean != name) missing.emplace(joinedLevels(clean), FlatName{clean, number});
+// The names that registers without a namesake may have been flattened from, by what flattening made
+// of them.
+RegisterPairs::Flattened RegisterPairs::namesOfMissing() const {
+  Flattened missing;
+  NamesBelowTop names(m_state, RTL);
+  const auto add = [&](std::string name, std::size_t number) {
+    std::string joined = name;
+    joinLevels(joined);
+    missing.emplace(std::move(joined), FlatName{std::move(name), number});
+  };
+  for (std::size_t number = 0; number < m_registers.size(); ++number) {
+    const Pair& pair = m_registers[number];
+    if (pair.synth != nullptr && RegisterTies::holdsRegisters(*pair.synth)) continue;
+    const std::string name(names.of(*pair.rtl));
+    add(name, number);
+    const std::string clean = withCleanLevels(name);
+    if (clean != name) add(clean, number);
+  }
+  return missing;
 }
 
 // A synthesized register that two RTL registers may be called now is nobody's.
-void RegisterPairs::settleFlattened(const Claims& claims, const Signals& taken,
-                                    const Signals& crowded) {
+void RegisterPairs::settleFlattened(const Claims& claims, const Signals& crowded) {
   std::unordered_map<const Signal*, unsigned> claimants;
   for (const auto& [number, synths] : claims) {
     for (const Signal* synth : synths) ++claimants[synth];
   }
+  Signals taken;
   for (Pair& pair : m_registers) {
-    pair.disputed = pair.synth != nullptr &&
-                    (claimants.count(pair.synth) != 0 || crowded.count(pair.synth) != 0);
+    if (pair.synth == nullptr) continue;
+    const bool claimed = claimants.count(pair.synth) != 0;
+    pair.disputed = claimed || crowded.count(pair.synth) != 0;
+    if (claimed && RegisterTies::holdsRegisters(*pair.synth)) taken.insert(pair.synth);
   }
   for (const auto& [number, synths] : claims) {
     Pair& pair = m_registers[number];

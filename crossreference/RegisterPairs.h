@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -56,9 +57,9 @@ class RegisterPairs {
   void matchUnnamed();
   void matchFlattened();
   void findKeptLevels();
-  bool isJoined(const std::string& name, const std::string& flat) const;
-  void addFlattened(Flattened& missing, std::size_t number) const;
-  void settleFlattened(const Claims& claims, const Signals& taken, const Signals& crowded);
+  bool isJoined(std::string_view name, std::string_view flat) const;
+  Flattened namesOfMissing() const;
+  void settleFlattened(const Claims& claims, const Signals& crowded);
   bool isCurrent() const;
 
   const NetlistState& m_state;

@@ -1,6 +1,8 @@
+#include <crossreference/NameRegistry.h>
 #include <crossreference/Netlist.h>
 #include <tests/TestModel.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <random>
@@ -64,6 +66,33 @@ TEST_F(NameRegistryTest, SignalThatNobodyRegisteredIsNotFound) {
   m_netlist.registerSignal(RTL, signal);
   EXPECT_EQ(m_netlist.findSignal(RTL, "/top/q"), signal);
   EXPECT_EQ(m_netlist.findSignal(SYNTH, "/top/q"), nullptr);
+}
+
+TEST_F(NameRegistryTest, ModulesFoundTogetherAreThoseFoundOneByOne) {
+  ModuleRegistry registry(SYNTH, 1);
+  std::vector<const Module*> asked;
+  std::vector<Module*> expected;
+  // Every third is not there, every fifth of the others was replaced.
+  for (unsigned int at = 0; at < ModuleRegistry::mostTogether; ++at) {
+    const std::string name = "u" + std::to_string(at);
+    const char* path = at % 2 == 0 ? "/top" : "/top/inside";
+    const auto make = [&] {
+      auto* module = new Module(name.c_str(), "cell", at);
+      module->setPath(path);
+      return module;
+    };
+    asked.push_back(make());
+    expected.push_back(at % 3 == 0 ? nullptr : make());
+    if (expected.back() == nullptr) continue;
+    if (at % 5 == 0) registry.enter(make());
+    registry.enter(expected.back());
+  }
+  std::vector<Module*> found(asked.size());
+  registry.findTogether(asked, found);
+  EXPECT_EQ(found, expected);
+  std::fill(found.begin(), found.end(), expected.back());
+  ModuleRegistry(SYNTH, 1).findTogether(asked, found);
+  EXPECT_EQ(found, std::vector<Module*>(asked.size()));
 }
 
 TEST_F(NameRegistryTest, NetlistsOfOneModelKnowTheirOwnNames) {
