@@ -3,6 +3,7 @@
 #include <crossreference/TokenMap.h>
 #include <support/HugePages.h>
 #include <support/Limits.h>
+#include <support/PageArray.h>
 #include <support/Report.h>
 #include <support/TextSource.h>
 
@@ -57,7 +58,7 @@ class EdifTokens {
   // Chunks, since a vector that grows takes twice and more what it holds.
   std::vector<Pages> m_chunks;
   std::size_t m_size = 0;
-  std::vector<std::uint64_t> m_checkpoints;  // offset of every checkpointDistance-th token
+  PageArray<std::uint64_t> m_checkpoints;  // offset of every checkpointDistance-th token
   std::unordered_map<std::size_t, std::size_t> m_ends;  // of outer lists that are long
   std::uint64_t m_place = 0;
 };

@@ -60,7 +60,7 @@ std::size_t Registry<T>::compact(std::size_t place) {
     setPlace(*reinterpret_cast<T*>(slot), kept);  // NOLINT(performance-no-int-to-ptr)
     m_slots[kept++] = slot;
   }
-  m_slots.resize(kept);
+  m_slots.truncate(kept);
   if (m_slots.capacity() > 2 * kept) m_slots.shrink_to_fit();
   return before;
 }

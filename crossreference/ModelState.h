@@ -5,6 +5,7 @@
 #include <crossreference/NamePool.h>
 #include <support/Arena.h>
 #include <support/Limits.h>
+#include <support/PageArray.h>
 #include <support/Range.h>
 
 #include <cstdint>
@@ -55,7 +56,7 @@ class Registry {
  private:
   static void setPlace(T& object, std::size_t place);
 
-  std::vector<std::uintptr_t> m_slots;
+  PageArray<std::uintptr_t> m_slots;
   std::size_t m_live = 0;
 };
 
@@ -78,7 +79,7 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   bool showHidden = true;
   /// The place from which on bits are made by the netlist reader that runs; beyond all without one.
   std::size_t firstPassing = std::numeric_limits<std::size_t>::max();
-  std::vector<void*> freeBits;
+  PageArray<void*> freeBits;
   /// Taken up by the paths of modules that have children.
   std::uint64_t pathBytes = 0;
   /// Netlists and token maps are never released by whoever made them.

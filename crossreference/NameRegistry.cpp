@@ -3,6 +3,7 @@
 #include <crossreference/NameRegistry.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
@@ -91,7 +92,7 @@ T* NameRegistry<T>::enter(T* object, std::uint32_t hash) {
   if ((m_entries.size() + 1) * 4 > m_slots.size() * 3) grow();
   Slot& slot = m_slots[place(NameKey(*object), hash)];
   if (slot.number == 0) {
-    m_entries.emplace_back(object);
+    m_entries.push_back(RegisteredName<T>(object));
     slot = {hash, static_cast<std::uint32_t>(m_entries.size())};
     return nullptr;
   }
@@ -110,7 +111,7 @@ const RegisteredName<T>* NameRegistry<T>::find(const NameKey& key, std::uint32_t
 
 template <class T>
 void NameRegistry<T>::grow() {
-  std::vector<Slot> slots(std::max<std::size_t>(m_slots.size() * 2, 16));
+  PageArray<Slot> slots(std::max<std::size_t>(m_slots.size() * 2, 16));
   const std::size_t mask = slots.size() - 1;
   for (const Slot& slot : m_slots) {
     if (slot.number == 0) continue;
@@ -118,7 +119,7 @@ void NameRegistry<T>::grow() {
     while (slots[at].number != 0) at = (at + 1) & mask;
     slots[at] = slot;
   }
-  m_slots.swap(slots);
+  m_slots = std::move(slots);
 }
 
 template class NameRegistry<Module>;

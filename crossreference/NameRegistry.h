@@ -2,6 +2,7 @@
 
 #include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
+#include <support/PageArray.h>
 
 #include <algorithm>
 #include <array>
@@ -90,8 +91,8 @@ class NameRegistry {
   std::size_t place(const NameKey& key, std::uint32_t hash) const;
   void grow();
 
-  std::vector<RegisteredName<T>> m_entries;
-  std::vector<Slot> m_slots;
+  PageArray<RegisteredName<T>> m_entries;
+  PageArray<Slot> m_slots;
 };
 
 /// Hashes the names of modules. Those of one parent mostly come one after another, so the hash of

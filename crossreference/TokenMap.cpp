@@ -1,11 +1,11 @@
 #include <crossreference/ModelState.h>
 #include <crossreference/TokenMap.h>
+#include <support/PageArray.h>
 #include <support/Report.h>
 
 #include <algorithm>
 #include <map>
 #include <stdexcept>
-#include <vector>
 
 namespace XRF_RTL2LL {
 
@@ -36,8 +36,8 @@ struct TokenMap::Words {
   // Where the code of a word is kept.
   std::uint32_t& code(const std::string* word) {
     const std::uint32_t number = NamePool::numberOf(word);
-    // Well beyond, since the next words come with ever higher numbers.
-    if (number >= codes.size()) codes.resize(number + std::size_t{number} / 2 + 64, unknown);
+    // Some beyond, since the next words come with ever higher numbers.
+    if (number >= codes.size()) codes.resize(number + std::size_t{256}, unknown);
     return codes[number];
   }
 
@@ -51,8 +51,8 @@ struct TokenMap::Words {
   }
 
   NamePool& pool;
-  std::vector<std::uint32_t> codes;  // by the word's number in the pool
-  std::vector<const std::string*> dense;
+  PageArray<std::uint32_t> codes;  // by the word's number in the pool
+  PageArray<const std::string*> dense;
   std::map<std::uint32_t, const std::string*> sparse;
   std::uint32_t nextCode = 0;
 };
