@@ -161,10 +161,14 @@ void indexAll(Arena& arena, detail::Members& set) {
 void append(Arena& arena, detail::Members& set, void* object) {
   if (set.count == set.capacity()) {
     const auto bits = static_cast<std::uint8_t>(std::bit_width(std::max(set.count, 1U)));
-    auto* slots = arena.allocateArray<std::uintptr_t>(std::size_t{1} << bits);
-    std::copy_n(set.slots, set.count, slots);
-    if (set.capacityBits != 0) arena.recycle(set.slots, set.capacity());
-    set.slots = slots;
+    const std::size_t capacity = std::size_t{1} << bits;
+    if (set.capacityBits != 0) {
+      set.slots = arena.growArray(set.slots, set.capacity(), capacity);
+    } else {
+      auto* slots = arena.allocateArray<std::uintptr_t>(capacity);
+      std::copy_n(set.slots, set.count, slots);
+      set.slots = slots;
+    }
     set.capacityBits = bits;
   }
   if (set.indexBits == 0) set.index = nullptr;
