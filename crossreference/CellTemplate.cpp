@@ -7,6 +7,20 @@
 
 namespace XRF_RTL2LL {
 
+namespace {
+
+// The range of a port that a copy must be entered with. The members of any other count down from
+// its highest index, as they do where no range is known, and nothing widens the ports of a copy.
+std::optional<DeclaredRange> rangeToEnter(const Signal& port, const PortRanges& ranges) {
+  const auto known = ranges.find(&port);
+  if (known == ranges.end()) return std::nullopt;
+  const DeclaredRange& range = known->second;
+  const bool usual = !range.foreign && range.left == port.getMsb() && range.right <= range.left;
+  return usual ? std::nullopt : std::optional(range);
+}
+
+}  // namespace
+
 std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
                                              const PortRanges& ranges) {
   if (module.getKind() == GND || module.getKind() == PWR) return std::nullopt;
@@ -14,10 +28,8 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
   cell.m_cost = cost;
   // In the order in which they were made, which is that of the cell's text.
   members::each<Signal>(module.m_signals, [&](const Signal* signal) {
-    const auto range = ranges.find(signal);
     cell.m_ports.push_back({signal->m_name, signal->m_id, signal->m_lsb, signal->m_msb,
-                            signal->getKind(), 0, 0,
-                            range == ranges.end() ? std::nullopt : std::optional(range->second)});
+                            signal->getKind(), 0, 0, rangeToEnter(*signal, ranges)});
     cell.m_objects += std::uint64_t{1} + signal->getWidth();
   });
   std::unordered_set<const std::string*> names;

@@ -48,12 +48,9 @@ std::optional<LeafText> LeafText::of(const Module& module) {
   LeafText text;
   text.m_ids = static_cast<std::uint32_t*>(
       ModelState::current().arena.allocate(set.count * sizeof(std::uint32_t)));
-  std::uint32_t place = 0;
   for (std::uint32_t at = 0; at < set.count; ++at) {
     const auto* signal = members::object<Signal>(set.slots[at]);
-    const bool inOrder = at == 0 || signal->m_place == place + 1;
-    if (!inOrder || !hasPlainPort(*signal) || signal->entries().count != 1) return std::nullopt;
-    place = signal->m_place;
+    if (!hasPlainPort(*signal) || signal->entries().count != 1) return std::nullopt;
     text.m_ports.push_back(
         {signal->m_name, signal->m_id, signal->getKind(), signal->isHidden(), headOf(*signal)});
     text.m_ids[at] = signal->m_id;

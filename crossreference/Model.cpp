@@ -32,7 +32,7 @@ Model& processModel() {
 // Objects that never leave need not know where they stand.
 template <class T>
 void Registry<T>::setPlace(T& object, std::size_t place) {
-  if constexpr (!std::is_same_v<T, Net>) object.m_place = static_cast<std::uint32_t>(place);
+  if constexpr (std::is_same_v<T, Bit>) object.m_place = static_cast<std::uint32_t>(place);
 }
 
 template <class T>
@@ -57,8 +57,11 @@ std::size_t Registry<T>::compact(std::size_t place) {
     const std::uintptr_t slot = m_slots[at];
     if ((slot & 1) != 0) continue;
     if (at < place) ++before;
-    setPlace(*reinterpret_cast<T*>(slot), kept);  // NOLINT(performance-no-int-to-ptr)
-    m_slots[kept++] = slot;
+    if (kept != at) {
+      setPlace(*reinterpret_cast<T*>(slot), kept);  // NOLINT(performance-no-int-to-ptr)
+      m_slots[kept] = slot;
+    }
+    ++kept;
   }
   m_slots.truncate(kept);
   if (m_slots.capacity() > 2 * kept) m_slots.shrink_to_fit();
@@ -77,7 +80,8 @@ Range<T> Registry<T>::range() const {
 }
 
 template class Registry<Bit>;
-template class Registry<Signal>;
+template void Registry<Signal>::add(Signal*);
+template Range<Signal> Registry<Signal>::range() const;
 template void Registry<Net>::add(Net*);
 template Range<Net> Registry<Net>::range() const;
 

@@ -82,59 +82,60 @@ void NetGrouping::askForBitOf(std::size_t place) const {
   __builtin_prefetch(signal->m_refs.one->m_bit);
 }
 
-// Points every reference at the bit that survives, and notes the place of the bit of each signal
-// that is just one, so that the bits are looked at once.
+// Points every reference at the bit that survives. Tells the bit of a signal that is just one.
+const Bit* NetGrouping::onlyBitOf(const Signal& signal) const {
+  const Signal::Entries all = signal.entries();
+  const Bit* bit = nullptr;
+  for (std::uint32_t at = 0; at < all.count; ++at) {
+    bit = all.refs[at] == nullptr ? nullptr : all.refs[at]->getBit();
+  }
+  const bool oneBit =
+      signal.m_msb == 0 && signal.m_lsb == 0 && all.count == 1 && all.first == 0;
+  return oneBit ? bit : nullptr;
+}
+
+// Notes where the bits are, so that they are looked at once.
 void NetGrouping::lookAtBits() {
-  m_spans.resize(m_model.bits.nextPlace());
-  m_bits.assign(m_model.signals.nextPlace(), several);
-  m_model.signals.each([&](const Signal* signal) {
-    askForBitOf(signal->m_place);
-    const Signal::Entries all = signal->entries();
-    const Bit* bit = nullptr;
-    for (std::uint32_t at = 0; at < all.count; ++at) {
-      bit = all.refs[at] == nullptr ? nullptr : all.refs[at]->getBit();
-    }
-    const bool oneBit = bit != nullptr && signal->m_msb == 0 && signal->m_lsb == 0 &&
-                        all.count == 1 && all.first == 0;
-    if (!oneBit) {
-      ++m_group_count;
-      return;
-    }
-    m_bits[signal->m_place] = bit->m_place;
+  const std::size_t places = m_model.signals.nextPlace();
+  m_spans = PageArray<Span>(m_model.bits.nextPlace());
+  m_bits = PageArray<std::uint32_t>(places);
+  for (std::size_t place = 0; place < places; ++place) {
+    askForBitOf(place);
+    const Signal* signal = m_model.signals.at(place);
+    const Bit* bit = signal == nullptr ? nullptr : onlyBitOf(*signal);
+    m_bits[place] = bit == nullptr ? several : bit->m_place;
+    if (bit == nullptr) continue;
     Span& span = m_spans[bit->m_place];
-    if (span.count++ > 0) return;
-    span.first = signal->m_place;
-    ++m_group_count;
-  });
+    if (span.count++ == 0) span.first = static_cast<std::uint32_t>(place);
+  }
 }
 
 void NetGrouping::collect() {
-  // A vector that grows takes twice and more what it holds.
-  m_groups.reserve(m_group_count);
   m_model.bits.each([&](const Bit* bit) {
     const Span& span = m_spans[bit->m_place];
-    if (span.count == 0) return;
-    m_groups.push_back(
-        {textKey(bit->m_id, false), m_model.signals.at(span.first), 0, bit->m_place});
+    if (span.count > 0) m_groups.push_back({textKey(bit->m_id, false), span.first, 0, bit->m_place});
   });
   for (std::size_t place = 0; place < m_bits.size(); ++place) {
-    Signal* signal = m_bits[place] == several ? m_model.signals.at(place) : nullptr;
+    const Signal* signal = m_bits[place] == several ? m_model.signals.at(place) : nullptr;
     if (signal == nullptr) continue;
     const Signal::Entries all = signal->entries();
     SignatureWalk walk(signal->m_msb, signal->m_lsb, all.refs, all.count);
     walk.next();
-    m_groups.push_back({walk.next(), signal, signal->m_msb, several});
+    m_groups.push_back({walk.next(), static_cast<std::uint32_t>(place), signal->m_msb, several});
   }
 }
 
+bool NetGrouping::isBefore(const Group& a, const Group& b) const {
+  if (a.msb != b.msb) return textKey(a.msb, false) < textKey(b.msb, false);
+  if (a.firstId != b.firstId) return a.firstId < b.firstId;
+  if (a.first == b.first) return false;
+  const int order = compare(firstOf(a), firstOf(b));
+  return order != 0 ? order < 0 : a.first < b.first;
+}
+
 void NetGrouping::sortGroups() {
-  std::sort(m_groups.begin(), m_groups.end(), [](const Group& a, const Group& b) {
-    if (a.msb != b.msb) return textKey(a.msb, false) < textKey(b.msb, false);
-    if (a.firstId != b.firstId) return a.firstId < b.firstId;
-    if (a.first == b.first) return false;
-    const int order = compare(*a.first, *b.first);
-    return order != 0 ? order < 0 : a.first->m_place < b.first->m_place;
-  });
+  std::sort(m_groups.begin(), m_groups.end(),
+            [this](const Group& a, const Group& b) { return isBefore(a, b); });
 }
 
 // Lays the signals of each net side by side, in what becomes the slots of the nets.
@@ -179,7 +180,7 @@ void NetGrouping::joinGroups(detail::Members& set, std::size_t from, std::size_t
   for (std::size_t at = from; at < to; ++at) {
     const Group& group = m_groups[at];
     if (!group.oneBit()) {
-      members::append(m_model.arena, set, group.first);
+      members::append(m_model.arena, set, m_model.signals.at(group.first));
       continue;
     }
     for (const std::uintptr_t slot : oneBitSignalsOf(m_spans[group.bit])) {
@@ -214,7 +215,7 @@ void NetGrouping::run() {
     std::size_t to = from + 1;
     while (to < m_groups.size() && m_groups[to].msb == m_groups[from].msb &&
            m_groups[to].firstId == m_groups[from].firstId &&
-           compare(*m_groups[from].first, *m_groups[to].first) == 0) {
+           compare(firstOf(m_groups[from]), firstOf(m_groups[to])) == 0) {
       ++to;
     }
     makeNet(from, to);

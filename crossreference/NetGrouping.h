@@ -1,9 +1,10 @@
 #pragma once
 
 #include <crossreference/ModelState.h>
+#include <support/PageArray.h>
 
+#include <cstdint>
 #include <span>
-#include <vector>
 
 namespace XRF_RTL2LL {
 
@@ -22,7 +23,7 @@ class NetGrouping {
   // All signals that are just one bit, or one signal whose equals stand beside it once sorted.
   struct Group {
     std::uint64_t firstId;  // as a key, like all numbers of a signature
-    Signal* first;
+    std::uint32_t first;    // the place of a signal
     std::uint32_t msb;
     std::uint32_t bit;  // the place of the one bit, or `several`
 
@@ -37,22 +38,24 @@ class NetGrouping {
   };
 
   void lookAtBits();
+  const Bit* onlyBitOf(const Signal& signal) const;
   void collect();
   void sortGroups();
   void sortOneBitSignals();
   void askForBitOf(std::size_t place) const;
   void askForSignalsOf(std::size_t group) const;
   void joinGroups(detail::Members& set, std::size_t from, std::size_t to);
+  bool isBefore(const Group& a, const Group& b) const;
+  const Signal& firstOf(const Group& group) const { return *m_model.signals.at(group.first); }
   // Of a span whose signals are laid side by side.
   std::span<std::uintptr_t> oneBitSignalsOf(const Span& span) const;
   void makeNet(std::size_t from, std::size_t to);
 
   ModelState& m_model;
-  std::size_t m_group_count = 0;
-  std::vector<std::uint32_t>
-      m_bits;  // by the places of the signals: that of the one bit, or `several`
-  std::vector<Group> m_groups;
-  std::vector<Span> m_spans;                    // by the places of the bits
+  // By the places of the signals: that of the one bit, or `several`.
+  PageArray<std::uint32_t> m_bits;
+  PageArray<Group> m_groups;
+  PageArray<Span> m_spans;                      // by the places of the bits
   std::span<std::uintptr_t> m_one_bit_signals;  // net by net
 };
 

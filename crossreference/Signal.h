@@ -142,7 +142,6 @@ class XRF_API Signal {
   std::uint32_t m_id;
   std::uint32_t m_lsb;
   std::uint32_t m_msb;
-  std::uint32_t m_place = 0;
   signalKind m_kind : 8;
   bool m_wide : 1;
   bool m_hidden : 1;

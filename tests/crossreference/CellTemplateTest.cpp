@@ -100,6 +100,25 @@ TEST_F(CellTemplateTest, RangesThatAreDeclaredHoldForCopies) {
   EXPECT_EQ(bit("/top/u2/d", 5), bit("/top/u1/c"));
 }
 
+TEST_F(CellTemplateTest, MembersOfACopyCountFromTheDeclaredLeftEnd) {
+  subject.setMatching(Matching::Extended);
+  const std::string joined = net("n", pin(member("d_", "1"), "u2") + pin("c", "u1"));
+  readRtl(
+      several(port(array(edif::renamed("d_", "d[7:4]"), "4"), "INPUT") + input("c"), joined));
+  EXPECT_EQ(range("/top/u2/d"), "4..7");
+  EXPECT_EQ(bit("/top/u2/d", 6), bit("/top/u1/c"));
+}
+
+TEST_F(CellTemplateTest, MembersOfACopyDoNotCountFromWhereABitPortWidenedIt) {
+  subject.setMatching(Matching::Extended);
+  const std::string joined = net("n", pin(member("d_", "1"), "u2") + pin("c", "u1"));
+  readRtl(several(port(array(edif::renamed("d_", "d[3:0]"), "4"), "INPUT") +
+                      input(edif::renamed("d_5_", "d[5]")) + input("c"),
+                  joined));
+  EXPECT_EQ(range("/top/u2/d"), "0..5");
+  EXPECT_EQ(bit("/top/u2/d", 2), bit("/top/u1/c"));
+}
+
 TEST_F(CellTemplateTest, PortThatIsDeclaredTwiceIsTheSameInEachInstance) {
   readRtl(several(port(array("D", "2"), "INPUT") + input("C") + port(array("D", "4"), "INPUT")));
   expectAlike();
