@@ -106,7 +106,7 @@ std::string Bit::getValueStr(bool display) const {
     case TextOther:
       break;
   }
-  return *m_text;
+  return std::string(m_text->view());
 }
 
 void Bit::setValueStr(const std::string& text) {

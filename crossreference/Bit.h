@@ -13,6 +13,7 @@ namespace XRF_RTL2LL {
 class Bit;
 class Signal;
 struct ModelState;
+class Word;
 
 /// One index of one signal, pointing at the bit that holds its value.
 ///
@@ -164,8 +165,8 @@ class XRF_API Bit {
   Chain m_first{nullptr};
   Chain m_last{nullptr};
   union {
-    Bit* m_survivor;            // of an absorbed bit, what absorbed it
-    const std::string* m_text;  // of a live bit, its value text where that is none of the usual
+    Bit* m_survivor;     // of an absorbed bit, what absorbed it
+    const Word* m_text;  // of a live bit, its value text where that is none of the usual
   };
   std::uint32_t m_ref_count = 0;
   std::uint32_t m_id = 0;

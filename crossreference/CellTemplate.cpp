@@ -32,7 +32,7 @@ std::optional<CellTemplate> CellTemplate::of(const Module& module, Cost cost,
                             signal->getKind(), 0, 0, rangeToEnter(*signal, ranges)});
     cell.m_objects += std::uint64_t{1} + signal->getWidth();
   });
-  std::unordered_set<const std::string*> names;
+  std::unordered_set<const Word*> names;
   std::unordered_map<std::uint32_t, Port*> ports;
   for (Port& port : cell.m_ports) {
     if (!names.insert(port.name).second || !isPlainName(port.name)) return std::nullopt;

@@ -39,7 +39,7 @@ class CellTemplate {
 
  private:
   struct Port {
-    const std::string* name;
+    const Word* name;
     std::uint32_t id;
     std::uint32_t lsb;
     std::uint32_t msb;

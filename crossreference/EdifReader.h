@@ -134,8 +134,8 @@ class EdifReader {
   void merge_bit_port(const ExprResult& name, Signal& port);
   Signal* widen(std::uint32_t code, std::uint32_t index);
   bool is_foreign(const std::string& bus) const;
-  bool is_others(const std::string& name, const BitRef& net) const;
-  void apply_property(std::uint32_t property, const std::string& text);
+  bool is_others(std::string_view name, const BitRef& net) const;
+  void apply_property(std::uint32_t property, const Word& text);
 
   PortName parse_port_name();
   BitRef* member_ref(const Module& module, const PortName& name) const;
@@ -150,11 +150,10 @@ class EdifReader {
     return m_tokens[m_cursor++];
   }
   std::uint32_t require_label(const ExprResult& expr, const char* form) const;
-  const std::string* printable(std::uint32_t code) const;
+  const Word* printable(std::uint32_t code) const;
   Module& front() const;
-  Signal* add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
-                     std::uint32_t id);
-  void hide_added(Signal& signal, const std::string& name) const;
+  Signal* add_signal(const Word* name, std::uint32_t lsb, std::uint32_t msb, std::uint32_t id);
+  void hide_added(Signal& signal, const Word& name) const;
   void check_work() const;
   ReadPlace::Position position() const;
 

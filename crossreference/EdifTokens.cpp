@@ -99,14 +99,14 @@ void EdifTokens::Writer::wait(std::string_view text, const char* from, bool isSh
 
 void EdifTokens::Writer::forget() {
   // Most words were met before, so all that is known of them is asked for first.
-  std::array<const std::string*, mostWaiting> known;
+  std::array<const Word*, mostWaiting> known;
   for (std::size_t at = 0; at < m_waits; ++at) {
     known[at] = m_names.candidate(m_waiting[at].hash);
     __builtin_prefetch(known[at]);
   }
   for (std::size_t at = 0; at < m_waits; ++at) {
     if (known[at] == nullptr) continue;
-    __builtin_prefetch(known[at]->data());
+    __builtin_prefetch(known[at]->c_str() + known[at]->size());
     m_tokens.m_words.prefetch(known[at]);
   }
   for (std::size_t at = 0; at < m_waits; ++at) {

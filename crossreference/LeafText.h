@@ -17,7 +17,7 @@ namespace XRF_RTL2LL {
 class LeafText {
  public:
   struct Port {
-    const std::string* name;
+    const Word* name;
     std::uint32_t id;
     signalKind kind;
     bool hidden;

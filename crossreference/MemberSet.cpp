@@ -31,7 +31,7 @@ void enterAt(std::uint32_t* index, std::uint32_t capacity, std::uint64_t key,
 void enterName(std::uint32_t* index, std::uint32_t capacity, const detail::Members& set,
                std::uint32_t position) {
   constexpr std::uint32_t few = 8;
-  const std::string* name = ModelState::nameOf(object<Signal>(set.slots[position]));
+  const Word* name = ModelState::nameOf(object<Signal>(set.slots[position]));
   std::uint32_t at = indexPlace(nameKey(name), capacity);
   for (std::uint32_t passed = 0; index[at] != 0; at = (at + 1) & (capacity - 1)) {
     const auto* other = object<Signal>(set.slots[index[at] - 1]);
@@ -78,7 +78,7 @@ struct Keyed {
 
 template <class T>
 Keyed keyed(std::uintptr_t slot) {
-  const std::string* name = ModelState::nameOf(object<T>(slot));
+  const Word* name = ModelState::nameOf(object<T>(slot));
   if constexpr (std::is_same_v<T, Signal>) {
     return {orderKeyOfSignal(name), slot};
   } else {

@@ -75,7 +75,7 @@ T* candidate(const detail::Members& set, std::uint32_t id) {
 
 /// The first signal of a stored name that `isWanted` takes, or null.
 template <class IsWanted>
-Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted isWanted);
+Signal* findNamed(const detail::Members& set, const Word* name, IsWanted isWanted);
 
 /// As many slots as it pays to fetch ahead.
 inline std::span<const std::uintptr_t> firstOf(std::span<const std::uintptr_t> slots) {
@@ -121,12 +121,12 @@ void updateVisible(detail::Members& set, IsHidden isHidden) {
   }
 }
 
-inline std::uint64_t nameKey(const std::string* name) {
-  return reinterpret_cast<std::uintptr_t>(name) / alignof(std::string);
+inline std::uint64_t nameKey(const Word* name) {
+  return reinterpret_cast<std::uintptr_t>(name) / alignof(Word);
 }
 
 template <class IsWanted>
-Signal* findNamed(const detail::Members& set, const std::string* name, IsWanted isWanted) {
+Signal* findNamed(const detail::Members& set, const Word* name, IsWanted isWanted) {
   const auto matches = [&](const Signal* signal) {
     return ModelState::nameOf(signal) == name && isWanted(*signal);
   };

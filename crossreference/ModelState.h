@@ -88,8 +88,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
 
   /// The calling thread's current model.
   static ModelState& current();
-  static const std::string* nameOf(const Signal* signal) { return signal->m_name; }
-  static const std::string* nameOf(const Module* module) { return module->m_name; }
+  static const Word* nameOf(const Signal* signal) { return signal->m_name; }
+  static const Word* nameOf(const Module* module) { return module->m_name; }
   /// Whether a signal's full name finds another one in every view that had it.
   static bool lostName(const Signal& signal) { return signal.m_dropped && signal.m_held == 0; }
 

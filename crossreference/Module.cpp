@@ -16,7 +16,7 @@ Module::Module(const char* name, const char* defName, unsigned int id)
     : Module(ModelState::current().names.intern(name), ModelState::current().names.intern(defName),
              id) {}
 
-Module::Module(const std::string* name, const std::string* defName, unsigned int id)
+Module::Module(const Word* name, const Word* defName, unsigned int id)
     : m_name(name),
       m_def_name(defName),
       m_path(ModelState::current().names.empty()),
@@ -41,20 +41,20 @@ void Module::setDefName(const char* defName) {
   m_def_name = ModelState::current().names.intern(defName);
 }
 
-std::string Module::getPath() const { return *m_path; }
+std::string Module::getPath() const { return std::string(m_path->view()); }
 
 void Module::setPath(const char* path) {
   setPathWord(ModelState::current().names.intern(path == nullptr ? "" : path));
 }
 
-const std::string* Module::pathOf(const Signal& signal) const {
+const Word* Module::pathOf(const Signal& signal) const {
   if (!signal.m_earlier_path) return m_path;
   const EarlierPath* earlier = m_inside->earlierPaths;
   while (earlier->signal != &signal) earlier = earlier->next;
   return earlier->path;
 }
 
-void Module::setPathWord(const std::string* path) {
+void Module::setPathWord(const Word* path) {
   if (path == m_path) return;
   // Full names are composed on demand but belong to the time when the signal was made.
   if (m_named_signals) {
@@ -84,10 +84,10 @@ const detail::Members& Module::children() const {
   return m_inside == nullptr ? none : m_inside->children;
 }
 
-const std::string* Module::childPath() {
-  const std::string*& stored = inside().childPath;
+const Word* Module::childPath() {
+  const Word*& stored = inside().childPath;
   if (stored == nullptr) {
-    std::string path = *m_path;
+    std::string path(m_path->view());
     const bool nameless = m_name == nullptr || m_name->empty();
     if (!path.empty() || !nameless) path += '/';
     if (!nameless) path += *m_name;

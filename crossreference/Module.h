@@ -89,26 +89,26 @@ class XRF_API Module {
   template <class T>
   friend class Range;
 
-  Module(const std::string* name, const std::string* defName, unsigned int id);
+  Module(const Word* name, const Word* defName, unsigned int id);
   // The path that a signal's full name holds.
-  const std::string* pathOf(const Signal& signal) const;
-  void setPathWord(const std::string* path);
-  const std::string* childPath();
+  const Word* pathOf(const Signal& signal) const;
+  void setPathWord(const Word* path);
+  const Word* childPath();
 
-  const std::string* m_name;
-  const std::string* m_def_name;
-  const std::string* m_path;
+  const Word* m_name;
+  const Word* m_def_name;
+  const Word* m_path;
   Module* m_parent = nullptr;
   // Signals that were made before the module got another path.
   struct EarlierPath {
     const Signal* signal;
-    const std::string* path;
+    const Word* path;
     EarlierPath* next;
   };
   // What primitives, most of all modules, do without.
   struct Inside {
     detail::Members children;
-    const std::string* childPath = nullptr;
+    const Word* childPath = nullptr;
     EarlierPath* earlierPaths = nullptr;
   };
   Inside& inside();

@@ -65,6 +65,19 @@ int compareStands(const IndexedName& a, std::string_view textA, const IndexedNam
 
 namespace {
 
+std::string_view view(const Word* name) {
+  return name == nullptr ? std::string_view() : name->view();
+}
+
+OrderKey keyOf(std::string_view text) {
+  std::array<std::uint64_t, 2> bytes{};
+  if (!text.empty()) std::memcpy(bytes.data(), text.data(), std::min(text.size(), sizeof bytes));
+  if constexpr (std::endian::native == std::endian::little) {
+    for (std::uint64_t& word : bytes) word = __builtin_bswap64(word);
+  }
+  return {bytes[0], bytes[1], text.size() <= sizeof bytes};
+}
+
 // Nothing but blanks and brackets may follow the index, which spares most names a closer look.
 bool mayBeIndexed(std::string_view name) {
   return !name.empty() && (isDigit(name.back()) || isSeparator(name.back())) &&
@@ -77,10 +90,10 @@ IndexedName IndexedName::split(std::string_view name) {
   return mayBeIndexed(name) ? splitAlways(name) : IndexedName();
 }
 
-int orderOfSignals(const std::string* a, const std::string* b) {
+int orderOfSignals(const Word* a, const Word* b) {
   if (a == b) return 0;
-  const std::string_view textA = a == nullptr ? std::string_view() : *a;
-  const std::string_view textB = b == nullptr ? std::string_view() : *b;
+  const std::string_view textA = view(a);
+  const std::string_view textB = view(b);
   if (!mayBeIndexed(textA) && !mayBeIndexed(textB)) return compareBytes(textA, textB);
   const IndexedName splitA = IndexedName::split(textA);
   const IndexedName splitB = IndexedName::split(textB);
@@ -91,30 +104,20 @@ int orderOfSignals(const std::string* a, const std::string* b) {
   return order != 0 ? order : static_cast<int>(splitA.valid) - static_cast<int>(splitB.valid);
 }
 
-OrderKey orderKeyOfModule(const std::string* name) {
-  std::array<std::uint64_t, 2> bytes{};
-  if (name != nullptr)
-    std::memcpy(bytes.data(), name->data(), std::min(name->size(), sizeof bytes));
-  if constexpr (std::endian::native == std::endian::little) {
-    for (std::uint64_t& word : bytes) word = __builtin_bswap64(word);
-  }
-  return {bytes[0], bytes[1], name == nullptr || name->size() <= sizeof bytes};
-}
+OrderKey orderKeyOfModule(const Word* name) { return keyOf(view(name)); }
 
-OrderKey orderKeyOfSignal(const std::string* name) {
+OrderKey orderKeyOfSignal(const Word* name) {
   if (name == nullptr) return {};
   const IndexedName split = IndexedName::split(*name);
-  if (!split.valid) return orderKeyOfModule(name);
-  const std::string stand = std::string(split.base) + "<";
-  OrderKey key = orderKeyOfModule(&stand);
+  if (!split.valid) return keyOf(*name);
+  OrderKey key = keyOf(std::string(split.base) + "<");
   key.whole = false;
   return key;
 }
 
-int orderOfModules(const std::string* a, const std::string* b) {
+int orderOfModules(const Word* a, const Word* b) {
   if (a == b) return 0;
-  return compareBytes(a == nullptr ? std::string_view() : *a,
-                      b == nullptr ? std::string_view() : *b);
+  return compareBytes(view(a), view(b));
 }
 
 int sigcmp(const char* a, const char* b) {

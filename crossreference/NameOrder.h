@@ -1,5 +1,7 @@
 #pragma once
 
+#include <crossreference/Word.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,10 +33,10 @@ struct OrderKey {
     return a.second == b.second ? 0 : a.second < b.second ? -1 : 1;
   }
 };
-OrderKey orderKeyOfSignal(const std::string* name);
-OrderKey orderKeyOfModule(const std::string* name);
+OrderKey orderKeyOfSignal(const Word* name);
+OrderKey orderKeyOfModule(const Word* name);
 
-int orderOfSignals(const std::string* a, const std::string* b);
-int orderOfModules(const std::string* a, const std::string* b);
+int orderOfSignals(const Word* a, const Word* b);
+int orderOfModules(const Word* a, const Word* b);
 
 }  // namespace XRF_RTL2LL

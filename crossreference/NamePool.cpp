@@ -1,7 +1,8 @@
 #include <crossreference/NamePool.h>
 
-#include <memory>
+#include <limits>
 #include <new>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
@@ -17,57 +18,64 @@ std::uint32_t finishHash(std::uint64_t state) {
   return static_cast<std::uint32_t>(state >> 32);
 }
 
-NamePool::NamePool() : m_slots(makeSlots(m_mask + 1)) { intern(std::string_view()); }
+namespace {
 
-NamePool::~NamePool() {
-  for (std::uint32_t number = 0; number < m_count; ++number) std::destroy_at(&nameAt(number));
-}
+// What places count.
+std::uint64_t units(std::size_t bytes) { return (bytes + alignof(Word) - 1) / alignof(Word); }
 
-Pages NamePool::makeSlots(std::size_t count) {
-  const std::size_t size = count * sizeof(Slot);
-  Pages slots = allocatePages(size, size >= hugePage);
-  std::uninitialized_fill_n(static_cast<Slot*>(slots.get()), count, Slot{});
-  return slots;
-}
+}  // namespace
 
-const std::string* NamePool::enter(std::string_view name, std::uint32_t hash) {
+NamePool::NamePool() : m_slots(m_mask + 1) { intern(std::string_view()); }
+
+const Word* NamePool::enter(std::string_view name, std::uint32_t hash) {
   if ((m_count + std::size_t{1}) * 4 > (m_mask + 1) * 3) grow();
+  void* memory = makeRoom(Word::bytes(name.size()));
   std::size_t at = hash & m_mask;
-  while (slots()[at].number != freeSlot) at = (at + 1) & m_mask;
-  const Place place(m_count);
+  while (m_slots[at].place != freeSlot) at = (at + 1) & m_mask;
+  m_slots[at] = {hash, static_cast<std::uint32_t>(m_next)};
+  m_next += units(Word::bytes(name.size()));
+  return Word::make(memory, name, m_count++);
+}
+
+// Memory for a word at `m_next`, which moves on to the next chunk that is large enough.
+void* NamePool::makeRoom(std::size_t bytes) {
+  if (bytes > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  Place place(m_next);
+  std::uint64_t next = m_next;
+  while (place.index + units(bytes) > place.chunkSize()) {
+    next += place.chunkSize() - place.index;
+    place = Place(next);
+  }
+  if (place.chunk >= chunks) throw std::bad_alloc();
   Pages& chunk = m_chunks[place.chunk];
   if (chunk == nullptr) {
-    const std::size_t size = (sizeof(Name) << smallestChunk) << place.chunk;
+    const std::size_t size = place.chunkSize() * alignof(Word);
     chunk = allocatePages(size, size >= hugePage);
   }
-  const Name* entered =
-      new (static_cast<Name*>(chunk.get()) + place.index) Name(name, hash, m_count);
-  slots()[at] = {hash, m_count++};
-  return entered;
+  m_next = next;
+  return static_cast<char*>(chunk.get()) + place.index * alignof(Word);
 }
 
-const std::string* NamePool::find(std::string_view name) const {
+const Word* NamePool::find(std::string_view name) const {
   const std::uint32_t hash = hashOf(name);
   for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-    const Slot slot = slots()[at];
-    if (slot.number == freeSlot) return nullptr;
-    if (slot.hash == hash && nameAt(slot.number) == name) return &nameAt(slot.number);
+    const Slot slot = m_slots[at];
+    if (slot.place == freeSlot) return nullptr;
+    if (slot.hash == hash && wordAt(slot.place).view() == name) return &wordAt(slot.place);
   }
 }
 
 void NamePool::grow() {
-  const std::size_t count = m_mask + 1;
-  Pages larger = makeSlots(count * 2);
-  m_mask = count * 2 - 1;
-  auto* target = static_cast<Slot*>(larger.get());
-  for (std::size_t from = 0; from < count; ++from) {
-    const Slot slot = slots()[from];
-    if (slot.number == freeSlot) continue;
-    std::size_t at = slot.hash & m_mask;
-    while (target[at].number != freeSlot) at = (at + 1) & m_mask;
-    target[at] = slot;
+  PageArray<Slot> larger(m_slots.size() * 2);
+  const std::size_t mask = larger.size() - 1;
+  for (const Slot& slot : m_slots) {
+    if (slot.place == freeSlot) continue;
+    std::size_t at = slot.hash & mask;
+    while (larger[at].place != freeSlot) at = (at + 1) & mask;
+    larger[at] = slot;
   }
-  m_slots.swap(larger);
+  m_slots = std::move(larger);
+  m_mask = mask;
 }
 
 }  // namespace XRF_RTL2LL

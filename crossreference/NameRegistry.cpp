@@ -9,8 +9,8 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-std::string_view view(const std::string* text) {
-  return text == nullptr ? std::string_view() : std::string_view(*text);
+std::string_view view(const Word* text) {
+  return text == nullptr ? std::string_view() : text->view();
 }
 
 }  // namespace
@@ -193,8 +193,7 @@ bool SignalRegistry::contains(const Signal& signal) const {
   return !m_loose.empty() && find(NameKey(signal)) == &signal;
 }
 
-Signal* SignalRegistry::findIn(const Module& module, const std::string* path,
-                               const std::string* name) const {
+Signal* SignalRegistry::findIn(const Module& module, const Word* path, const Word* name) const {
   return members::findNamed(module.m_signals, name, [&](const Signal& signal) {
     return isHeld(signal) && module.pathOf(signal) == path;
   });
@@ -214,7 +213,7 @@ Signal* SignalRegistry::findBelow(std::string_view name) const {
       const RegisteredName<Module>* entry =
           m_modules.m_names.find(NameKey(name.substr(0, at)), finishHash(state));
       if (entry != nullptr && owns(*entry->object)) {
-        const std::string* word = m_model.names.find(name.substr(at + 1));
+        const Word* word = m_model.names.find(name.substr(at + 1));
         Signal* signal = word == nullptr ? nullptr : findIn(*entry->object, entry->path, word);
         if (signal != nullptr) return signal;
       }
@@ -238,30 +237,30 @@ Signal* SignalRegistry::find(const NameKey& key) const {
   if (!plain) return find(std::string_view(key.compose()));
   const NameKey holder = key.parent();
   const RegisteredName<Module>* entry = m_modules.m_names.find(holder, holder.hash());
-  const std::string* word = entry == nullptr ? nullptr : m_model.names.find(local);
+  const Word* word = entry == nullptr ? nullptr : m_model.names.find(local);
   if (word == nullptr || !owns(*entry->object)) return nullptr;
   return findIn(*entry->object, entry->path, word);
 }
 
 Signal* SignalRegistry::find(const Module& module, std::string_view name) const {
-  const std::string* word = m_model.names.find(name);
+  const Word* word = m_model.names.find(name);
   return word == nullptr ? nullptr : find(module, word);
 }
 
-Signal* SignalRegistry::find(const Module& module, const std::string* word) const {
+Signal* SignalRegistry::find(const Module& module, const Word* word) const {
   if (owns(module) && (module.m_entered & viewBit()) != 0) {
     Signal* signal = findIn(module, module.m_path, word);
     if (signal != nullptr) return signal;
   }
   if (m_loose.empty()) return nullptr;
-  const NameKey key(module, *word);
+  const NameKey key(module, word->view());
   Signal* signal = findLoose(key, key.hash());
   // Modules may have one name once it is cleaned.
   return signal != nullptr && signal->m_module == &module ? signal : nullptr;
 }
 
 std::uint32_t SignalRegistry::hashOf(const Signal& signal) {
-  const std::string* path = signal.m_module->pathOf(signal);
+  const Word* path = signal.m_module->pathOf(signal);
   if (m_module != signal.m_module || m_path != path) {
     m_module = signal.m_module;
     m_path = path;

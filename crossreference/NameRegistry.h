@@ -50,7 +50,7 @@ struct RegisteredName {
 template <>
 struct RegisteredName<Module> {
   Module* object = nullptr;
-  const std::string* path = nullptr;
+  const Word* path = nullptr;
 
   RegisteredName() = default;
   explicit RegisteredName(Module* entered);
@@ -137,8 +137,8 @@ class ModuleRegistry {
 };
 
 /// Whether a local name is there and does not look like a path.
-inline bool isPlainName(const std::string* name) {
-  return name != nullptr && name->find('/') == std::string::npos;
+inline bool isPlainName(const Word* name) {
+  return name != nullptr && name->view().find('/') == std::string_view::npos;
 }
 
 /// The signals of one view of a netlist. A signal is found through its module and by its local
@@ -163,7 +163,7 @@ class SignalRegistry {
   /// The signal of a module by its local name.
   Signal* find(const Module& module, std::string_view name) const;
   /// The same for a name that the model stores.
-  Signal* find(const Module& module, const std::string* word) const;
+  Signal* find(const Module& module, const Word* word) const;
   /// Whether a signal's full name finds it.
   bool contains(const Signal& signal) const;
   /// Keeps the signals of a module whose name went to another one.
@@ -189,7 +189,7 @@ class SignalRegistry {
   std::uint32_t viewBit() const { return 1U << m_modules.m_view; }
   bool isHeld(const Signal& signal) const;
   bool isReachable(const Signal& signal) const;
-  Signal* findIn(const Module& module, const std::string* path, const std::string* name) const;
+  Signal* findIn(const Module& module, const Word* path, const Word* name) const;
   Signal* findBelow(std::string_view name) const;
   Signal* findLoose(const NameKey& key, std::uint32_t hash) const;
   std::uint32_t hashOf(const Signal& signal);
@@ -200,7 +200,7 @@ class SignalRegistry {
   bool m_slashed = false;  // whether a local name contains "/"
   // Signals of one module mostly come one after another, so the hash of their path is kept.
   const Module* m_module = nullptr;
-  const std::string* m_path = nullptr;
+  const Word* m_path = nullptr;
   std::uint64_t m_module_hash = 0;
 };
 

@@ -105,8 +105,8 @@ void ObjectBudget::refuseInstances() const {
             static_cast<unsigned long long>(m_most_instances));
 }
 
-Signal* NetlistState::addSignal(EdifView view, Module* module, const std::string* name,
-                                unsigned int lsb, unsigned int msb, unsigned int id) {
+Signal* NetlistState::addSignal(EdifView view, Module* module, const Word* name, unsigned int lsb,
+                                unsigned int msb, unsigned int id) {
   Signal* signal = module->getSignal(id, true);
   if (budget != nullptr) budget->count(newBits(signal, lsb, msb) + 1);
   if (signal == nullptr) {

@@ -94,7 +94,7 @@ void EdifReader::check_work() const {
   }
 }
 
-Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::uint32_t msb,
+Signal* EdifReader::add_signal(const Word* name, std::uint32_t lsb, std::uint32_t msb,
                                std::uint32_t id) {
   const std::uint32_t before = front().m_signals.count;
   Signal* signal = m_state.addSignal(m_view, &front(), name, lsb, msb, id);
@@ -103,8 +103,8 @@ Signal* EdifReader::add_signal(const std::string* name, std::uint32_t lsb, std::
   return signal;
 }
 
-const std::string* EdifReader::printable(std::uint32_t code) const {
-  const std::string* word = m_state.word(code);
+const Word* EdifReader::printable(std::uint32_t code) const {
+  const Word* word = m_state.word(code);
   if (!m_state.reading.has(Rule::CleanNames)) return word;
   return m_state.model.names.intern(std::string_view(word->empty() ? "_" : cleaned(*word)));
 }
@@ -201,7 +201,7 @@ void EdifReader::leave_list(std::size_t end) {
 }
 
 EdifReader::ExprResult EdifReader::parse_number() {
-  const std::string& text = *m_state.word(take() & ~EdifTokens::quotedMark);
+  const Word& text = *m_state.word(take() & ~EdifTokens::quotedMark);
   ExprResult result{EXPR_NUMBER};
   if (!Scan(text).integer(result.number)) {
     fatal("ERROR:Token '%s' is not a number!\n", text.c_str());
@@ -571,7 +571,7 @@ void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
   }
   if (front().getSignal(name.first, true) != nullptr) return;
   if (name.first == token::Const0 || name.first == token::Const1) return;
-  const std::string& text = *m_state.word(name.second);
+  const Word& text = *m_state.word(name.second);
   const BusBit bit = BusBit::ofName(text);
   if (bit.valid) {
     const Signal* bus = widen(m_state.tokens->getCode(bit.base), bit.index);
@@ -585,26 +585,26 @@ void EdifReader::add_net(const ExprResult& name, BitRef& joined) {
 
 // Whether a net is named like a register that does not drive it, where that name looks like a
 // bit's, as \pos[3] does.
-bool EdifReader::is_others(const std::string& name, const BitRef& net) const {
+bool EdifReader::is_others(std::string_view name, const BitRef& net) const {
   if (!m_any_bracketed) return false;
   const Signal* signal = m_state.findByName(m_view, front(), name);
   const BitRef* place = signal == nullptr ? nullptr : signal->getBitRef(signal->getLsb(), true);
   return place != nullptr && RegisterTies::isTied(*place) && place->getBit() != net.getBit();
 }
 
-void EdifReader::hide_added(Signal& signal, const std::string& name) const {
+void EdifReader::hide_added(Signal& signal, const Word& name) const {
   const bool added = utils::isAddedQuellonNetName(m_state.family, name.c_str());
   const auto marks = [](char byte) { return byte == '$' || byte == '.' || byte == '['; };
-  signal.setHidden(added || std::any_of(name.begin(), name.end(), marks));
+  signal.setHidden(added || std::any_of(name.view().begin(), name.view().end(), marks));
 }
 
 void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   Module& module = front();
   const Signal* known = module.getSignal(name.first, true);
   if (name.first == token::Const0 || name.first == token::Const1) return;
-  const std::string* text = printable(name.second);
+  const Word* text = printable(name.second);
   // A port's net is the port; anything else under this number has another name.
-  if (known != nullptr && known->m_port && *text == known->getName()) return;
+  if (known != nullptr && known->m_port && text->view() == known->getName()) return;
   const NamedBits bit = decodeBit(*text);
   if (bit.valid && !is_foreign(bit.signal) && !is_others(*text, joined)) {
     BitRef* place = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb)->getBitRef(bit.lsb);
@@ -615,8 +615,9 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
   const bool single = same != nullptr && same->getLsb() == 0 && same->getMsb() == 0;
   if (same != nullptr && (!single || RegisterTies::join(*same->getBitRef(0), joined))) return;
   const bool free = same == nullptr;
-  const std::string* own =
-      free ? text : m_state.model.names.intern(std::string_view(netApart(*text)));
+  const Word* own =
+      free ? text
+           : m_state.model.names.intern(std::string_view(netApart(std::string(text->view()))));
   const unsigned number = free && known == nullptr ? name.first : m_state.freeNumber(module, *own);
   Signal* signal = add_signal(own, 0, 0, number);
   hide_added(*signal, *text);
@@ -626,7 +627,7 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
 // Makes the bus of a bit, or widens it to hold the bit's index.
 Signal* EdifReader::widen(std::uint32_t code, std::uint32_t index) {
   const Signal* bus = front().getSignal(code, true);
-  const std::string* name = m_state.word(code);
+  const Word* name = m_state.word(code);
   if (bus == nullptr) return add_signal(name, index, index, code);
   return index < bus->getLsb() ? add_signal(name, index, bus->getMsb(), code)
                                : add_signal(name, bus->getLsb(), index, code);
@@ -695,13 +696,13 @@ EdifReader::ExprResult EdifReader::parse_property() {
   return {};
 }
 
-void EdifReader::apply_property(std::uint32_t property, const std::string& text) {
+void EdifReader::apply_property(std::uint32_t property, const Word& text) {
   if (property == token::PartProperty) {
     m_netlist.setPart(utils::getPart(text.c_str()));
     return;
   }
   // A literal such as 64'h00ff or 1'b1: every "'", "h" and "b" separates, digits are hexadecimal.
-  std::string numbers = text;
+  std::string numbers(text.view());
   std::replace_if(
       numbers.begin(), numbers.end(),
       [](char byte) { return byte == '\'' || byte == 'h' || byte == 'b'; }, ' ');

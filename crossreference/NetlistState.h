@@ -79,9 +79,9 @@ struct NetlistState {
   ObjectBudget* budget = nullptr;                      // while a netlist is read
   std::vector<std::uint8_t> kinds;  // by cell code, counted from 1; 0 is not known yet
 
-  const std::string* word(unsigned int code) const { return &tokens->getToken(code); }
+  const Word* word(unsigned int code) const { return tokens->wordOf(code); }
   /// `Netlist::addSignal` for a name that the model stores already.
-  Signal* addSignal(EdifView view, Module* module, const std::string* name, unsigned int lsb,
+  Signal* addSignal(EdifView view, Module* module, const Word* name, unsigned int lsb,
                     unsigned int msb, unsigned int id);
   void widen(Signal& signal, unsigned int lsb, unsigned int msb);
   /// Enters a module under its full name; returns the one that had it, or null.

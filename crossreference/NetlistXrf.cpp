@@ -91,7 +91,7 @@ class XrfReader {
     std::optional<LeafText> text;
     unsigned met = 0;
   };
-  std::unordered_map<const std::string*, Leaf> m_leaves;
+  std::unordered_map<const Word*, Leaf> m_leaves;
   std::vector<LeafText::Place> m_places;
 };
 
@@ -161,9 +161,9 @@ void XrfReader::settleNets() {
 void XrfReader::recallRegisters() {
   for (const EdifView view : {RTL, SYNTH}) {
     RegisterTies ties(m_state, view);
-    std::unordered_map<const std::string*, opKind> kinds;  // of the cells met so far
+    std::unordered_map<const Word*, opKind> kinds;  // of the cells met so far
     m_state.modules[view].each([&](Module* module) {
-      const std::string* cell = module->m_def_name;
+      const Word* cell = module->m_def_name;
       if (cell == nullptr || module->getParent() == nullptr) return;
       const auto [kind, isNew] = kinds.try_emplace(cell, HIER);
       const unsigned lutMode = view == RTL ? 2 : 0;

@@ -66,7 +66,7 @@ Signal::Signal(Module* module, const char* name, unsigned int id, unsigned int l
     : Signal(ModelState::current(), module, ModelState::current().names.intern(name), id, lsb, msb,
              noBits) {}
 
-Signal::Signal(ModelState& model, Module* module, const std::string* name, unsigned int id,
+Signal::Signal(ModelState& model, Module* module, const Word* name, unsigned int id,
                unsigned int lsb, unsigned int msb, bool noBits)
     : m_name(name), m_module(module), m_refs{nullptr}, m_id(id), m_lsb(lsb), m_msb(msb) {
   m_kind = WIRE;
@@ -165,7 +165,7 @@ unsigned int Signal::getId() const { return m_id; }
 const char* Signal::getName() const { return m_name == nullptr ? nullptr : m_name->c_str(); }
 
 std::string Signal::getFullName() const {
-  std::string name = *m_module->pathOf(*this);
+  std::string name(m_module->pathOf(*this)->view());
   name += '/';
   if (m_module->m_name != nullptr) name += *m_module->m_name;
   name += '/';

@@ -13,6 +13,7 @@ namespace XRF_RTL2LL {
 
 class Module;
 class Net;
+class Word;
 
 /// A named signal (port or wire) of one module, indexed from its lsb to its msb; each index holds a
 /// reference to the bit that carries its value.
@@ -110,8 +111,8 @@ class XRF_API Signal {
   friend struct NameKey;
   friend class SignalRegistry;
 
-  Signal(ModelState& model, Module* module, const std::string* name, unsigned int id,
-         unsigned int lsb, unsigned int msb, bool noBits);
+  Signal(ModelState& model, Module* module, const Word* name, unsigned int id, unsigned int lsb,
+         unsigned int msb, bool noBits);
   void enter(ModelState& model, bool noBits);
   // The references of the indices from `first` upward.
   struct Entries {
@@ -131,7 +132,7 @@ class XRF_API Signal {
   template <class Visit>
   void eachBit(Visit visit) const;
 
-  const std::string* m_name;
+  const Word* m_name;
   Module* m_module;
   Net* m_net = nullptr;
   // The one reference that there is, or all in an array.

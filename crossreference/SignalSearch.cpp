@@ -8,7 +8,7 @@ Signal* SignalSearch::find(EdifView view, std::string_view path, std::string_vie
     name += '/';
     return m_state.signals[view].find(name += local);
   }
-  const std::string* word = m_state.model.names.find(local);
+  const Word* word = m_state.model.names.find(local);
   const Module* module = word == nullptr ? nullptr : moduleOf(view, path);
   return module == nullptr ? nullptr : m_state.signals[view].find(*module, word);
 }

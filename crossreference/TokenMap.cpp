@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 #include <stdexcept>
+#include <string>
+#include <unordered_map>
 
 namespace XRF_RTL2LL {
 
@@ -15,14 +18,14 @@ struct TokenMap::Words {
 
   explicit Words(NamePool& names) : pool(names) {}
 
-  const std::string* wordOf(std::uint32_t code) const {
+  const Word* wordOf(std::uint32_t code) const {
     if (code < dense.size()) return dense[code];
     const auto found = sparse.find(code);
     return found == sparse.end() ? nullptr : found->second;
   }
 
   // Codes come one after another, but a seed may lie anywhere.
-  void enterCode(std::uint32_t code, const std::string* word) {
+  void enterCode(std::uint32_t code, const Word* word) {
     if (wordOf(code) != nullptr) return;
     if (code < dense.size()) {
       dense[code] = word;
@@ -34,14 +37,14 @@ struct TokenMap::Words {
   }
 
   // Where the code of a word is kept.
-  std::uint32_t& code(const std::string* word) {
-    const std::uint32_t number = NamePool::numberOf(word);
+  std::uint32_t& code(const Word* word) {
+    const std::uint32_t number = word->number();
     // Some beyond, since the next words come with ever higher numbers.
     if (number >= codes.size()) codes.resize(number + std::size_t{256}, unknown);
     return codes[number];
   }
 
-  std::uint32_t codeOf(const std::string* word) {
+  std::uint32_t codeOf(const Word* word) {
     std::uint32_t& known = code(word);
     if (known == unknown && wordOf(unknown) != word) {
       known = nextCode++;
@@ -52,9 +55,12 @@ struct TokenMap::Words {
 
   NamePool& pool;
   PageArray<std::uint32_t> codes;  // by the word's number in the pool
-  PageArray<const std::string*> dense;
-  std::map<std::uint32_t, const std::string*> sparse;
+  PageArray<const Word*> dense;
+  std::map<std::uint32_t, const Word*> sparse;
   std::uint32_t nextCode = 0;
+  // Copies of the words that were asked for as strings.
+  std::mutex textsLock;
+  std::unordered_map<std::uint32_t, std::string> texts;
 };
 
 TokenMap::TokenMap() : m_words(std::make_unique<Words>(ModelState::current().names)) {}
@@ -65,7 +71,7 @@ void TokenMap::clear() { m_words = std::make_unique<Words>(m_words->pool); }
 
 void TokenMap::seed(const std::string& token, unsigned int code) {
   Words& words = *m_words;
-  const std::string* word = words.pool.intern(std::string_view(token));
+  const Word* word = words.pool.intern(std::string_view(token));
   std::uint32_t& known = words.code(word);
   if (known == Words::unknown) known = code;
   words.enterCode(code, word);
@@ -78,10 +84,10 @@ unsigned int TokenMap::getCode(std::string_view token) {
 
 NamePool& TokenMap::names() const { return m_words->pool; }
 
-unsigned int TokenMap::codeOf(const std::string* pooled) { return m_words->codeOf(pooled); }
+unsigned int TokenMap::codeOf(const Word* pooled) { return m_words->codeOf(pooled); }
 
-void TokenMap::prefetch(const std::string* pooled) const {
-  const std::uint32_t number = NamePool::numberOf(pooled);
+void TokenMap::prefetch(const Word* pooled) const {
+  const std::uint32_t number = pooled->number();
   if (number < m_words->codes.size()) __builtin_prefetch(&m_words->codes[number]);
 }
 
@@ -96,10 +102,16 @@ unsigned int TokenMap::getCode(const char* token) {
   return getCode(std::string_view(token));
 }
 
-const std::string& TokenMap::getToken(unsigned int code) const {
-  const std::string* word = m_words->wordOf(code);
+const Word* TokenMap::wordOf(unsigned int code) const {
+  const Word* word = m_words->wordOf(code);
   if (word == nullptr) fatal("ERROR: no token for code: %d\n", static_cast<int>(code));
-  return *word;
+  return word;
+}
+
+const std::string& TokenMap::getToken(unsigned int code) const {
+  const Word* word = wordOf(code);
+  const std::lock_guard lock(m_words->textsLock);
+  return m_words->texts.try_emplace(code, word->view()).first->second;
 }
 
 }  // namespace XRF_RTL2LL

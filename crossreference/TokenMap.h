@@ -10,6 +10,7 @@
 namespace XRF_RTL2LL {
 
 class NamePool;
+class Word;
 
 /// Interns words as dense unsigned codes, handed out in order of first appearance. Words are
 /// compared byte by byte. The words are stored in the model that was current when the map was made.
@@ -34,12 +35,15 @@ class XRF_API TokenMap {
 
  private:
   friend class EdifTokens;
+  friend struct NetlistState;
   /// The pool that holds the words.
   NamePool& names() const;
+  /// The word of a code. A code without one is a fatal error.
+  const Word* wordOf(unsigned int code) const;
   /// For a word of that pool.
-  unsigned int codeOf(const std::string* pooled);
+  unsigned int codeOf(const Word* pooled);
   /// Fetches the memory that `codeOf` will need.
-  void prefetch(const std::string* pooled) const;
+  void prefetch(const Word* pooled) const;
 
   struct Words;
   std::unique_ptr<Words> m_words;
