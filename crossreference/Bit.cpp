@@ -22,6 +22,9 @@ Signal* BitRef::getSignal() const { return m_signal; }
 void BitRef::setSignal(Signal* signal) { m_signal = signal; }
 
 Bit* BitRef::getBit() const {
+  if (m_bit == nullptr && m_promised) {
+    ModelState::current().makePromised(const_cast<BitRef&>(*this));
+  }
   if (m_bit != nullptr && m_bit->m_absorbed) m_bit = m_bit->survivor();
   return m_bit;
 }
@@ -43,6 +46,7 @@ void BitRef::leave() {
 
 int BitRef::merge(BitRef* other) {
   Bit* bit = getBit();
+  if (bit != nullptr && other->m_promised && bit->takePromised(*other)) return 0;
   Bit* absorbed = other->getBit();
   return bit == nullptr || absorbed == nullptr ? 0 : bit->merge(absorbed);
 }
@@ -54,15 +58,25 @@ void* Bit::operator new(std::size_t size) {
 
 Bit::Bit() : Bit(ModelState::current()) {}
 
-Bit::Bit(ModelState& model) { enter(model, model.nextBitId++); }
+Bit::Bit(ModelState& model) {
+  begin(model.nextBitId++);
+  model.enter(this);
+}
 
 Bit::Bit(unsigned int id) {
   ModelState& model = ModelState::current();
   model.nextBitId = std::max(model.nextBitId, id + 1);
-  enter(model, id);
+  begin(id);
+  model.enter(this);
 }
 
-void Bit::enter(ModelState& model, unsigned int id) {
+Bit::Bit(BitRef::Promise promise) {
+  begin(promise.id);
+  m_place = promise.place;
+  m_inferred = false;
+}
+
+void Bit::begin(unsigned int id) {
   m_id = id;
   m_kind = UNKNOWN;
   m_value_text = TextZ;
@@ -75,7 +89,6 @@ void Bit::enter(ModelState& model, unsigned int id) {
   m_linked = false;
   m_irregular = false;
   m_text = nullptr;
-  model.enter(this);
 }
 
 unsigned int Bit::getId() const { return m_id; }
@@ -278,6 +291,19 @@ int Bit::merge(Bit* other) {
   other->m_survivor = this;
   m_followed = true;
   return 0;
+}
+
+// Merges the bit that a reference is promised, which is as good as made and merged. False where the
+// sets of references are not plain enough for that.
+bool Bit::takePromised(BitRef& ref) {
+  if (m_irregular) return false;
+  ModelState::current().bits.drop(ref.m_promise);
+  m_id = std::max(m_id, ref.m_promise.id);
+  m_inferred = false;
+  ref.m_promised = false;
+  ref.m_bit = this;
+  append(&ref);
+  return true;
 }
 
 Range<Bit> Bit::getAllBits() { return ModelState::current().bits.range(); }

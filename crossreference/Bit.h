@@ -44,7 +44,16 @@ class XRF_API BitRef {
   friend class RegisterTies;
   friend class NetGrouping;
   friend struct ModelState;
+  template <class T>
+  friend class Registry;
   friend XRF_API void* detail::advance(detail::Cursor&);
+
+  // Most bits that a netlist's ports begin with are merged before anybody has looked at them. Until
+  // then a bit is but its number and its place among all bits.
+  struct Promise {
+    std::uint32_t id;
+    std::uint32_t place;
+  };
 
   /// Parts from all that share its bit.
   void leave();
@@ -52,12 +61,16 @@ class XRF_API BitRef {
   Signal* m_signal;
   // Brought up to date when a merge is noticed, which in a finished model never happens.
   mutable Bit* m_bit = nullptr;
-  BitRef* m_next = nullptr;  // in the set of its bit
+  union {
+    BitRef* m_next = nullptr;  // in the set of its bit
+    Promise m_promise;         // of a bit that is promised
+  };
   std::uint32_t m_index;
-  bool m_member = false;    // in some bit's set
-  bool m_register = false;  // the signal's index is a register of the design
-  bool m_replica = false;   // known by a copy that synthesis made, for want of the original
-  bool m_disputed = false;  // or would be of several, so that it is none
+  bool m_member : 1 = false;    // in some bit's set
+  bool m_register : 1 = false;  // the signal's index is a register of the design
+  bool m_replica : 1 = false;   // known by a copy that synthesis made, for want of the original
+  bool m_disputed : 1 = false;  // or would be of several, so that it is none
+  bool m_promised : 1 = false;  // its bit is made when it is asked for
 };
 
 /// One physical bit: a storage element or constant that signal indices resolve to.
@@ -152,7 +165,9 @@ class XRF_API Bit {
   enum ValueText : std::uint8_t { TextZ, Text0, Text1, TextOther };
 
   explicit Bit(ModelState& model);
-  void enter(ModelState& model, unsigned int id);
+  explicit Bit(BitRef::Promise promise);
+  void begin(unsigned int id);
+  bool takePromised(BitRef& ref);
   Bit* survivor();
   int combine(const Bit& other);
   void append(BitRef* ref);

@@ -67,8 +67,8 @@ void CellTemplate::copyTo(NetlistState& state, EdifView view, Module& module,
   members::reserve(model.arena, set, count);
   for (const Port& port : m_ports) {
     auto* signal = new (model.arena.allocate(sizeof(Signal)))
-        Signal(model, &module, port.name, port.id, port.lsb, port.msb, false);
-    signal->clearInferred();
+        Signal(model, &module, port.name, port.id, port.lsb, port.msb, true);
+    signal->promiseBits(model);
     signal->m_kind = port.kind;
     signal->m_port = true;
     state.signals.at(view).hold(*signal);

@@ -45,8 +45,37 @@ void Registry<T>::add(T* object) {
 template <class T>
 void Registry<T>::remove(const T* object) {
   if (!contains(object)) return;
-  m_slots[object->m_place] |= 1;
+  m_slots[object->m_place] |= gone;
   --m_live;
+}
+
+template <class T>
+void Registry<T>::promise(BitRef& ref, std::uint32_t id) {
+  ref.m_promise = {id, static_cast<std::uint32_t>(m_slots.size())};
+  m_slots.push_back(reinterpret_cast<std::uintptr_t>(&ref) | promised);
+  ref.m_promised = true;
+  ref.m_member = true;
+  ++m_live;
+}
+
+template <class T>
+void Registry<T>::keep(const BitRef::Promise& promise, T* made) {
+  m_slots[promise.place] = reinterpret_cast<std::uintptr_t>(made);
+}
+
+template <class T>
+void Registry<T>::drop(const BitRef::Promise& promise) {
+  m_slots[promise.place] |= gone;
+  --m_live;
+}
+
+template <class T>
+void Registry<T>::movePlace(std::uintptr_t slot, std::size_t place) {
+  if ((slot & promised) != 0) {
+    promisedBy(slot).m_promise.place = static_cast<std::uint32_t>(place);
+  } else {
+    setPlace(*reinterpret_cast<T*>(slot), place);  // NOLINT(performance-no-int-to-ptr)
+  }
 }
 
 template <class T>
@@ -55,10 +84,10 @@ std::size_t Registry<T>::compact(std::size_t place) {
   std::size_t before = 0;
   for (std::size_t at = 0; at < m_slots.size(); ++at) {
     const std::uintptr_t slot = m_slots[at];
-    if ((slot & 1) != 0) continue;
+    if ((slot & gone) != 0) continue;
     if (at < place) ++before;
     if (kept != at) {
-      setPlace(*reinterpret_cast<T*>(slot), kept);  // NOLINT(performance-no-int-to-ptr)
+      movePlace(slot, kept);
       m_slots[kept] = slot;
     }
     ++kept;
@@ -94,11 +123,41 @@ ModelState& ModelState::current() {
   return *(current.model != nullptr ? *current.model : processModel()).m_state;
 }
 
-void ModelState::enter(Bit* bit) {
+void ModelState::loosen() {
   if (firstPassing != std::numeric_limits<std::size_t>::max() && bits.isLoose()) {
     firstPassing = bits.compact(firstPassing);
   }
+}
+
+void ModelState::enter(Bit* bit) {
+  loosen();
   bits.add(bit);
+}
+
+void ModelState::promiseBit(BitRef& ref) {
+  loosen();
+  bits.promise(ref, nextBitId++);
+}
+
+void ModelState::makePromised(BitRef& ref) {
+  Bit* bit = new (takeBit()) Bit(ref.m_promise);
+  bits.keep(ref.m_promise, bit);
+  ref.m_promised = false;
+  ref.m_bit = bit;
+  bit->append(&ref);
+}
+
+void ModelState::makePromised() {
+  bits.eachPromised([this](BitRef& ref) { makePromised(ref); });
+}
+
+void ModelState::breakPromises() {
+  bits.eachPromised([this](BitRef& ref) {
+    bits.drop(ref.m_promise);
+    ref.m_next = nullptr;
+    ref.m_promised = false;
+    ref.m_member = false;
+  });
 }
 
 void* ModelState::takeBit() {

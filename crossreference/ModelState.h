@@ -20,12 +20,20 @@ class Netlist;
 class TokenMap;
 
 /// All objects of one class in creation order. An object that leaves keeps its slot, marked, until
-/// the registry is compacted.
+/// the registry is compacted. Bits may have a slot before they are made.
 template <class T>
 class Registry {
  public:
   void add(T* object);
   void remove(const T* object);
+  /// Gives the next slot to the bit that a reference is promised.
+  void promise(BitRef& ref, std::uint32_t id);
+  /// The promised bit was made, or will not be.
+  void keep(const BitRef::Promise& promise, T* made);
+  void drop(const BitRef::Promise& promise);
+  /// Calls `visit` with each reference whose bit is promised.
+  template <class Visit>
+  void eachPromised(Visit visit) const;
   /// Drops the slots of objects that left. Returns the place from which on those stand now that
   /// stood from `place` on.
   std::size_t compact(std::size_t place = 0);
@@ -40,7 +48,7 @@ class Registry {
   std::size_t nextPlace() const { return m_slots.size(); }
   /// The object of a place; null where none is, or where it left.
   T* at(std::size_t place) const {
-    if (place >= m_slots.size() || (m_slots[place] & 1) != 0) return nullptr;
+    if (place >= m_slots.size() || (m_slots[place] & marks) != 0) return nullptr;
     return reinterpret_cast<T*>(m_slots[place]);  // NOLINT(performance-no-int-to-ptr)
   }
 
@@ -49,16 +57,34 @@ class Registry {
   void each(Visit visit) const {
     const std::size_t count = m_slots.size();
     for (std::size_t at = 0; at < count; ++at) {
-      if ((m_slots[at] & 1) == 0) visit(reinterpret_cast<T*>(m_slots[at]));  // NOLINT
+      if ((m_slots[at] & marks) == 0) visit(reinterpret_cast<T*>(m_slots[at]));  // NOLINT
     }
   }
 
  private:
+  // Marks in the low bits of a slot: that its object left, or that it leads to a reference which is
+  // promised an object.
+  static constexpr std::uintptr_t gone = 1;
+  static constexpr std::uintptr_t promised = 2;
+  static constexpr std::uintptr_t marks = gone | promised;
+
+  static BitRef& promisedBy(std::uintptr_t slot) {
+    return *reinterpret_cast<BitRef*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
+  }
   static void setPlace(T& object, std::size_t place);
+  static void movePlace(std::uintptr_t slot, std::size_t place);
 
   PageArray<std::uintptr_t> m_slots;
   std::size_t m_live = 0;
 };
+
+template <class T>
+template <class Visit>
+void Registry<T>::eachPromised(Visit visit) const {
+  for (std::size_t at = 0; at < m_slots.size(); ++at) {
+    if ((m_slots[at] & marks) == promised) visit(promisedBy(m_slots[at]));
+  }
+}
 
 /// What belongs to one model.
 struct ModelState : std::enable_shared_from_this<ModelState> {
@@ -96,6 +122,13 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   /// Sorts all sets of a module and of those below it, so that look-ups change nothing.
   static void settleTree(const Module& module);
   void enter(Bit* bit);
+  /// Promises a bit without an inferred mark, while a netlist is read.
+  void promiseBit(BitRef& ref);
+  void makePromised(BitRef& ref);
+  /// Makes all bits that are promised.
+  void makePromised();
+  /// Leaves the references of all promised bits without one, as reading that was broken off does.
+  void breakPromises();
   /// Storage for a bit.
   void* takeBit();
   /// Whether a bit that is absorbed can be forgotten at once: a reader made it a moment ago, and
@@ -105,6 +138,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
            !bit.m_irregular;
   }
   void giveBack(Bit* bit) { freeBits.push_back(bit); }
+  /// Makes room for a bit among all bits.
+  void loosen();
 
   /// Points every reference at the bit that survives, and forgets the bits that were absorbed.
   void settleBits();

@@ -207,18 +207,18 @@ Signal* SignalRegistry::findLoose(const NameKey& key, std::uint32_t hash) const 
 // Looks below every module whose name begins the full name.
 Signal* SignalRegistry::findBelow(std::string_view name) const {
   std::uint64_t state = emptyHash;
+  std::size_t hashed = 0;
   const std::size_t last = name.rfind('/');
-  for (std::size_t at = 0; at < name.size() && at <= last; ++at) {
-    if (name[at] == '/' && (m_slashed || at == last)) {
-      const RegisteredName<Module>* entry =
-          m_modules.m_names.find(NameKey(name.substr(0, at)), finishHash(state));
-      if (entry != nullptr && owns(*entry->object)) {
-        const Word* word = m_model.names.find(name.substr(at + 1));
-        Signal* signal = word == nullptr ? nullptr : findIn(*entry->object, entry->path, word);
-        if (signal != nullptr) return signal;
-      }
-    }
-    state = extendHash(state, name.substr(at, 1));
+  for (std::size_t at = m_slashed ? name.find('/') : last; at != std::string_view::npos;
+       at = at == last ? std::string_view::npos : name.find('/', at + 1)) {
+    state = extendHash(state, name.substr(hashed, at - hashed));
+    hashed = at;
+    const RegisteredName<Module>* entry =
+        m_modules.m_names.find(NameKey(name.substr(0, at)), finishHash(state));
+    if (entry == nullptr || !owns(*entry->object)) continue;
+    const Word* word = m_model.names.find(name.substr(at + 1));
+    Signal* signal = word == nullptr ? nullptr : findIn(*entry->object, entry->path, word);
+    if (signal != nullptr) return signal;
   }
   return nullptr;
 }

@@ -49,6 +49,7 @@ ReadPlace::Position EdifReader::position() const {
 }
 
 EdifReader::~EdifReader() {
+  m_state.model.breakPromises();
   m_state.budget = nullptr;
   m_state.model.firstPassing = std::numeric_limits<std::size_t>::max();
 }
@@ -61,6 +62,7 @@ void EdifReader::read() {
   m_state.model.firstPassing = m_state.model.bits.nextPlace();
   parse_expr();
   for (const Module* module : m_namesakes) RegisterTies::disputeAll(*module);
+  m_state.model.makePromised();
 }
 
 void EdifReader::end_early() {
@@ -106,7 +108,8 @@ Signal* EdifReader::add_signal(const Word* name, std::uint32_t lsb, std::uint32_
 const Word* EdifReader::printable(std::uint32_t code) const {
   const Word* word = m_state.word(code);
   if (!m_state.reading.has(Rule::CleanNames)) return word;
-  return m_state.model.names.intern(std::string_view(word->empty() ? "_" : cleaned(*word)));
+  if (word->empty()) return m_state.model.names.intern("_");
+  return isClean(*word) ? word : m_state.model.names.intern(std::string_view(cleaned(*word)));
 }
 
 EdifReader::ExprResult EdifReader::parse_expr() {

@@ -16,6 +16,11 @@ constexpr std::size_t mostLevels = Limits().moduleNesting;
 
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }
 
+// What the file format has a use of its own for.
+bool isUnclean(char byte) {
+  return isBlank(byte) || byte == '(' || byte == ')' || isControl(byte);
+}
+
 bool isNumber(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
@@ -209,11 +214,11 @@ PortRange decodeArray(std::string_view name, std::uint32_t width) {
   return range;
 }
 
+bool isClean(std::string_view name) { return std::none_of(name.begin(), name.end(), isUnclean); }
+
 std::string cleaned(std::string_view name) {
   std::string clean(name);
-  for (char& byte : clean) {
-    if (isBlank(byte) || byte == '(' || byte == ')' || isControl(byte)) byte = '_';
-  }
+  std::replace_if(clean.begin(), clean.end(), isUnclean, '_');
   return clean;
 }
 

@@ -85,6 +85,8 @@ struct PortRange {
 };
 PortRange decodeArray(std::string_view name, std::uint32_t width);
 
+/// Whether the file format can carry a name as it stands.
+bool isClean(std::string_view name);
 /// The name with everything that the file format cannot carry as "_".
 std::string cleaned(std::string_view name);
 

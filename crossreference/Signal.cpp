@@ -99,6 +99,17 @@ void Signal::addBit(ModelState& model, unsigned int index) {
   store(index, ref);
 }
 
+void Signal::promiseBits(ModelState& model) {
+  cover(model, m_lsb, m_msb);
+  for (std::uint64_t index = m_lsb; index <= m_msb; ++index) {
+    const auto at = static_cast<std::uint32_t>(index);
+    auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(this, at);
+    model.promiseBit(*ref);
+    store(at, ref);
+  }
+  m_inferred_left = false;
+}
+
 void Signal::clearInferred() {
   const Entries all = entries();
   for (std::uint32_t at = 0; at < all.count; ++at) all.refs[at]->m_bit->m_inferred = false;

@@ -127,6 +127,8 @@ class XRF_API Signal {
   void cover(ModelState& model, std::uint64_t first, std::uint64_t last);
   void store(std::uint32_t index, BitRef* ref);
   void addBit(ModelState& model, unsigned int index);
+  // Gives a new signal without bits one for each index, to be made when it is asked for.
+  void promiseBits(ModelState& model);
   // Takes the mark from all bits of a new signal, as a netlist does for what it declares.
   void clearInferred();
   template <class Visit>
