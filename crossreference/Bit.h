@@ -43,6 +43,7 @@ class XRF_API BitRef {
   friend class Signal;
   friend class RegisterTies;
   friend class NetGrouping;
+  friend class WriteAhead;
   friend struct ModelState;
   template <class T>
   friend class Registry;

@@ -53,7 +53,7 @@ bool hasCoordinates(std::string_view block) {
 class LogicLocationReader {
  public:
   LogicLocationReader(Design::State& design, const NetlistState& netlist, const std::string& path,
-                      std::string_view text);
+                      const TextSource& text);
 
   void read();
 
@@ -97,20 +97,20 @@ class LogicLocationReader {
 
 int Design::parse_ll(std::string file) {
   const DesignUse use(m_state->model);
-  const InputFile input(file);
+  const TextSource input(file);
   if (!input.isOpen()) fatalSilently("Can't open the logic-location file %s.", file.c_str());
   if (!m_state->loaded) {
     fatalSilently("The logic-location file %s needs a netlist or cross-reference file read before.",
                   file.c_str());
   }
   NetlistState& netlist = *m_state->netlist->m_state;
-  LogicLocationReader(*m_state, netlist, file, input.text()).read();
+  LogicLocationReader(*m_state, netlist, file, input).read();
   if (netlist.reading.has(Rule::RegisterCopy)) RegisterCopy(netlist).copy();
   return 0;
 }
 
 LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistState& netlist,
-                                         const std::string& path, std::string_view text)
+                                         const std::string& path, const TextSource& text)
     : m_design(design),
       m_netlist(*design.netlist),
       m_lines(path, text, "Reading locations"),

@@ -15,7 +15,7 @@ namespace XRF_RTL2LL {
 class SynthesisLogReader {
  public:
   SynthesisLogReader(Design& design, Design::State& state, const std::string& path,
-                     std::string_view text);
+                     const TextSource& text);
 
   void read();
   /// Completes the RTL view once all lines are read.
@@ -42,9 +42,9 @@ int Design::parse_log(std::string file) {
 
 int Design::parse_log_tarvona(std::string file) {
   const DesignUse use(m_state->model);
-  const InputFile input(file);
+  const TextSource input(file);
   if (!input.isOpen()) fatal("Can't open file %s\n", file.c_str());
-  SynthesisLogReader reader(*this, *m_state, file, input.text());
+  SynthesisLogReader reader(*this, *m_state, file, input);
   reader.read();
   message(StandardOutput, "Parsing log file: %s complete.\n", file.c_str());
   reader.finish();
@@ -52,7 +52,7 @@ int Design::parse_log_tarvona(std::string file) {
 }
 
 SynthesisLogReader::SynthesisLogReader(Design& design, Design::State& state,
-                                       const std::string& path, std::string_view text)
+                                       const std::string& path, const TextSource& text)
     : m_design(design),
       m_state(state),
       m_lines(path, text, "Reading synthesis log"),

@@ -3,6 +3,7 @@
 #include <crossreference/TextOut.h>
 #include <crossreference/Utils.h>
 #include <support/OpenDescriptor.h>
+#include <support/Prefetch.h>
 #include <support/Report.h>
 
 #include <cerrno>
@@ -19,7 +20,10 @@ namespace {
 // A file being written; every failure to write is fatal.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path) : m_path(path), m_file(open(path)) {}
+  explicit OutputFile(const std::string& path) : m_path(path), m_file(open(path)) {
+    // The pieces are large, and need not pass through a buffer.
+    if (isOpen()) std::setvbuf(m_file.get(), nullptr, _IONBF, 0);
+  }
 
   bool isOpen() const { return m_file != nullptr; }
   void write(std::string_view text) {
@@ -66,7 +70,15 @@ class ShowHiddenScope {
 void writeBits(TextOut& out) {
   out << "(FAMILY TORVAL7)\n(BITS " << Bit::getMaxBitId() + 1 << ")\n(NETS "
       << static_cast<std::uint32_t>(Net::getAllNets().size()) << ")\n";
-  for (const Bit* bit : Bit::getAllBits()) {
+  const Range<Bit> bits = Bit::getAllBits();
+  constexpr int distance = 16;
+  auto ahead = bits.begin();
+  for (int step = 0; step < distance && ahead != bits.end(); ++step) ++ahead;
+  for (const Bit* bit : bits) {
+    if (ahead != bits.end()) {
+      prefetchWhole(**ahead);
+      ++ahead;
+    }
     writeBit(out, *bit);
     out << "\n";
   }

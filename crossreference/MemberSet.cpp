@@ -130,6 +130,11 @@ void keyAll(std::span<const std::uintptr_t> slots, Keyed* keys) {
 // Puts the slots in order and marks those that are listed.
 template <class T>
 void arrange(detail::Members& set, Keyed* scratch, bool drop) {
+  if (set.count == 1) {
+    set.slots[0] &= ~unlisted;
+    set.listed = 1;
+    return;
+  }
   keyAll<T>({set.slots, set.count}, scratch);
   sort<T>(scratch, scratch + set.count);
   std::uint32_t kept = 0;

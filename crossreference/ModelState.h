@@ -81,8 +81,8 @@ class Registry {
 template <class T>
 template <class Visit>
 void Registry<T>::eachPromised(Visit visit) const {
-  for (std::size_t at = 0; at < m_slots.size(); ++at) {
-    if ((m_slots[at] & marks) == promised) visit(promisedBy(m_slots[at]));
+  for (const std::uintptr_t slot : m_slots) {
+    if ((slot & marks) == promised) visit(promisedBy(slot));
   }
 }
 
@@ -116,6 +116,7 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   static ModelState& current();
   static const Word* nameOf(const Signal* signal) { return signal->m_name; }
   static const Word* nameOf(const Module* module) { return module->m_name; }
+  static const Word* definitionOf(const Module* module) { return module->m_def_name; }
   /// Whether a signal's full name finds another one in every view that had it.
   static bool lostName(const Signal& signal) { return signal.m_dropped && signal.m_held == 0; }
 

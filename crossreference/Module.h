@@ -80,6 +80,7 @@ class XRF_API Module {
   friend class CellTemplate;
   friend class LeafText;
   friend class XrfReader;
+  friend class WriteAhead;
   friend struct ModelState;
   friend struct NameKey;
   friend class ModuleRegistry;

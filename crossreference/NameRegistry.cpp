@@ -131,7 +131,11 @@ std::uint32_t ModuleNameHash::operator()(const Module& module) {
     m_path = key.pieces[0].data();
     m_path_hash = extendHash(extendHash(emptyHash, key.pieces[0]), key.pieces[1]);
   }
-  return finishHash(extendHash(m_path_hash, key.pieces[2]));
+  return ofSibling(key.pieces[2]);
+}
+
+std::uint32_t ModuleNameHash::ofSibling(std::string_view name) const {
+  return finishHash(extendHash(m_path_hash, name));
 }
 
 Module* ModuleRegistry::enter(Module* module) {
@@ -142,6 +146,10 @@ Module* ModuleRegistry::enter(Module* module) {
   }
   if (module->m_netlist == m_netlist) module->m_entered = (module->m_entered | 1U << m_view) & 3U;
   return replaced == module ? nullptr : replaced;
+}
+
+void ModuleRegistry::prefetch(std::string_view name) const {
+  m_names.prefetch(m_hash.ofSibling(name));
 }
 
 Module* ModuleRegistry::find(const NameKey& key) const {

@@ -79,7 +79,11 @@ class NameRegistry {
   /// In the order in which the names came.
   template <class Visit>
   void each(Visit visit) const {
-    for (const RegisteredName<T>& entry : m_entries) visit(entry.object);
+    constexpr std::size_t ahead = 16;
+    for (std::size_t at = 0; at < m_entries.size(); ++at) {
+      if (at + ahead < m_entries.size()) __builtin_prefetch(m_entries[at + ahead].object);
+      visit(m_entries[at].object);
+    }
   }
   bool empty() const { return m_entries.empty(); }
 
@@ -100,6 +104,8 @@ class NameRegistry {
 class ModuleNameHash {
  public:
   std::uint32_t operator()(const Module& module);
+  /// For a module of a name beside the last one.
+  std::uint32_t ofSibling(std::string_view name) const;
 
  private:
   const char* m_path = nullptr;
@@ -126,6 +132,8 @@ class ModuleRegistry {
   void each(Visit visit) const {
     m_names.each(visit);
   }
+  /// Fetches the memory that entering a module of a name beside the last one will need.
+  void prefetch(std::string_view name) const;
 
  private:
   friend class SignalRegistry;

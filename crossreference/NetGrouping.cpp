@@ -89,8 +89,7 @@ const Bit* NetGrouping::onlyBitOf(const Signal& signal) const {
   for (std::uint32_t at = 0; at < all.count; ++at) {
     bit = all.refs[at] == nullptr ? nullptr : all.refs[at]->getBit();
   }
-  const bool oneBit =
-      signal.m_msb == 0 && signal.m_lsb == 0 && all.count == 1 && all.first == 0;
+  const bool oneBit = signal.m_msb == 0 && signal.m_lsb == 0 && all.count == 1 && all.first == 0;
   return oneBit ? bit : nullptr;
 }
 
@@ -113,7 +112,8 @@ void NetGrouping::lookAtBits() {
 void NetGrouping::collect() {
   m_model.bits.each([&](const Bit* bit) {
     const Span& span = m_spans[bit->m_place];
-    if (span.count > 0) m_groups.push_back({textKey(bit->m_id, false), span.first, 0, bit->m_place});
+    if (span.count > 0)
+      m_groups.push_back({textKey(bit->m_id, false), span.first, 0, bit->m_place});
   });
   for (std::size_t place = 0; place < m_bits.size(); ++place) {
     const Signal* signal = m_bits[place] == several ? m_model.signals.at(place) : nullptr;

@@ -5,6 +5,7 @@
 #include <crossreference/Utils.h>
 #include <crossreference/XrfRecords.h>
 #include <support/FileLines.h>
+#include <support/Prefetch.h>
 #include <support/Report.h>
 #include <support/Scan.h>
 
@@ -13,6 +14,8 @@
 #include <cstring>
 #include <span>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace XRF_RTL2LL {
 
@@ -30,24 +33,72 @@ std::string_view withoutMargin(std::string_view line) {
   return line;
 }
 
+/// The bits of a file by their numbers. They lie one after another, so that their numbers tell
+/// where.
+class LoadedBits {
+ public:
+  explicit LoadedBits(ModelState& model) : m_model(model) {}
+
+  std::size_t size() const { return m_there.size(); }
+  /// Makes room for the bits below a number, and forgets those from there on.
+  void declare(std::uint32_t count);
+  /// Makes the bit of a number, which takes the place of an earlier one.
+  Bit* make(std::uint32_t number);
+  /// Null where none is.
+  Bit* find(std::uint32_t number) const {
+    if (number >= m_there.size() || !m_there[number]) return nullptr;
+    if (!m_elsewhere.empty()) {
+      const auto at = m_elsewhere.find(number);
+      if (at != m_elsewhere.end()) return at->second;
+    }
+    return m_bits + number;
+  }
+  void prefetch(std::uint32_t number) const {
+    if (number < m_there.size()) prefetchWhole(m_bits[number]);
+  }
+
+ private:
+  ModelState& m_model;
+  Bit* m_bits = nullptr;
+  std::vector<bool> m_there;
+  std::unordered_map<std::uint32_t, Bit*> m_elsewhere;  // repeated, or declared before others
+};
+
+void LoadedBits::declare(std::uint32_t count) {
+  m_there.resize(count);
+  for (std::uint32_t number = 0; number < count; ++number) {
+    if (m_there[number]) m_elsewhere[number] = find(number);
+  }
+  m_bits = static_cast<Bit*>(m_model.arena.allocate(count * sizeof(Bit)));
+}
+
+Bit* LoadedBits::make(std::uint32_t number) {
+  if (!m_there[number]) {
+    m_there[number] = true;
+    m_elsewhere.erase(number);
+    return new (m_bits + number) Bit(number);
+  }
+  return m_elsewhere[number] = new Bit(number);
+}
+
 }  // namespace
 
 /// Rebuilds both views from the lines of a cross-reference file.
 class XrfReader {
  public:
-  XrfReader(Netlist& netlist, NetlistState& state, const std::string& path, std::string_view text);
+  XrfReader(Netlist& netlist, NetlistState& state, const std::string& path, const TextSource& text);
 
   void read();
 
  private:
   void parse_line(std::string_view line);
   bool parse_bit(std::string_view line);
-  bool parse_signal(std::string_view line);
+  bool parse_signals(std::string_view line);
   bool parse_module(std::string_view line);
   bool parse_view(std::string_view line);
   bool parse_header(std::string_view line);
 
-  void checkSignal(std::string_view line);
+  void checkSignal(const SignalRecord& record, std::string_view line);
   void linkBits(Signal& signal, std::string_view numbers);
   void linkBit(Signal& signal, std::uint64_t index, std::uint32_t number);
   void join(Signal& signal, Net& net);
@@ -72,7 +123,20 @@ class XrfReader {
   Netlist& m_netlist;
   NetlistState& m_state;
   FileLines m_lines;
-  SignalRecord m_signal;
+  // Signals of following lines, scanned together so that the waits for what they name overlap.
+  struct ScannedSignal {
+    std::string_view line;
+    std::size_t bytes = 0;  // from the end of the line before it
+    std::uint64_t lines = 0;
+    SignalRecord record;
+    std::uint32_t hash = 0;  // of its name
+  };
+  std::size_t scanAhead();
+  void askFor(ScannedSignal& signal) const;
+  void askForModule(std::string_view text, std::ptrdiff_t closing) const;
+  void addSignal(const ScannedSignal& scanned);
+
+  std::array<ScannedSignal, 8> m_scanned;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
   std::array<ObjectBudget, 2> m_budget;  // of each view; the file's bits may all be of either
@@ -82,8 +146,9 @@ class XrfReader {
   std::uint64_t m_declared_nets = 0;
   std::uint64_t m_declared_indices = 0;
   std::uint32_t m_highest_bit = 0;
-  std::vector<Bit*> m_bits;
-  std::vector<Net*> m_nets;
+  LoadedBits m_bits;
+  Net* m_nets = nullptr;  // those of the file, one after another
+  std::size_t m_net_count = 0;
   std::array<Module*, 2> m_roots{};
   std::vector<Module*> m_modules;  // the open ones, the view's root first
   // Of a cell: its text, and how many of its instances were met without one.
@@ -91,27 +156,32 @@ class XrfReader {
     std::optional<LeafText> text;
     unsigned met = 0;
   };
+  Leaf& leafOf(const Module& module);
+
   std::unordered_map<const Word*, Leaf> m_leaves;
+  // Those that were asked for last, by the numbers of their names.
+  std::array<std::pair<const Word*, Leaf*>, 64> m_last_leaves{};
   std::vector<LeafText::Place> m_places;
 };
 
 int Netlist::parse_xrf(std::string path) {
   const StateScope scope(m_state->model);
   m_state->loaded = true;
-  const InputFile file(path);
+  const TextSource file(path);
   if (!file.isOpen()) fatal("Can't open file %s\n", path.c_str());
   message(StandardOutput, "Parsing xrf file: %s ...\n", path.c_str());
-  XrfReader(*this, *m_state, path, file.text()).read();
+  XrfReader(*this, *m_state, path, file).read();
   message(StandardOutput, "Parsing xrf file: %s complete.\n\n", path.c_str());
   return 0;
 }
 
 XrfReader::XrfReader(Netlist& netlist, NetlistState& state, const std::string& path,
-                     std::string_view text)
+                     const TextSource& text)
     : m_netlist(netlist),
       m_state(state),
       m_lines(path, text, "Reading cross-reference"),
-      m_budget{ObjectBudget(state.model.limits), ObjectBudget(state.model.limits)} {}
+      m_budget{ObjectBudget(state.model.limits), ObjectBudget(state.model.limits)},
+      m_bits(state.model) {}
 
 void XrfReader::read() {
   while (m_lines.next()) {
@@ -148,7 +218,9 @@ void XrfReader::settleNets() {
     using Slots = std::span<const std::uintptr_t>;
     const auto ahead = [&](std::size_t distance, void (*ask)(Slots)) {
       const Net* net = nets.at(place + distance);
-      if (net != nullptr) ask({net->m_signals.slots, net->m_signals.count});
+      // What stands alone is in order.
+      if (net == nullptr || net->m_signals.count < 2) return;
+      ask({net->m_signals.slots, net->m_signals.count});
     };
     ahead(slotsAhead, [](Slots slots) { __builtin_prefetch(slots.data()); });
     ahead(signalsAhead, members::prefetchObjects<Signal>);
@@ -183,7 +255,7 @@ void XrfReader::parse_line(std::string_view line) {
   // The letter after the parenthesis leaves few records to try.
   switch (line.size() > 1 ? line[1] : ' ') {
     case 'S':
-      known = parse_signal(line);
+      known = parse_signals(line);
       break;
     case 'M':
       known = parse_module(line);
@@ -203,7 +275,7 @@ bool XrfReader::parse_bit(std::string_view line) {
   if (record.id >= m_bits.size()) {
     fatalHere("Bit %u is beyond the %zu bits that the file declares.", record.id, m_bits.size());
   }
-  Bit* bit = new Bit(record.id);
+  Bit* bit = m_bits.make(record.id);
   setValue(bit, std::string(record.value).c_str());
   if (record.fields == 3) {
     setKind(bit, std::string(record.kind).c_str());
@@ -211,14 +283,12 @@ bool XrfReader::parse_bit(std::string_view line) {
     bit->setKind(Bit::STATE);
     bit->setStateLoc(record.location[0], record.location[1], record.location[2]);
   }
-  m_bits[record.id] = bit;
   ++m_bit_records;
   m_highest_bit = std::max(m_highest_bit, record.id);
   return true;
 }
 
-void XrfReader::checkSignal(std::string_view line) {
-  const SignalRecord& record = m_signal;
+void XrfReader::checkSignal(const SignalRecord& record, std::string_view line) {
   if (record.fields == 8 && record.lsb != record.msb) {
     fatal("Illegal signal: %s\n", std::string(line).c_str());
   }
@@ -230,20 +300,85 @@ void XrfReader::checkSignal(std::string_view line) {
   if (record.msb >= record.lsb) {
     checkDeclared(m_declared_indices, std::uint64_t{record.msb} - record.lsb + 1, "indices");
   }
-  if (record.net >= m_nets.size()) {
-    fatalHere("Net %u is beyond the %zu nets that the file declares.", record.net, m_nets.size());
+  if (record.net >= m_net_count) {
+    fatalHere("Net %u is beyond the %zu nets that the file declares.", record.net, m_net_count);
   }
 }
 
-bool XrfReader::parse_signal(std::string_view line) {
-  if (!m_signal.scan(line)) return false;
-  checkSignal(line);
+bool XrfReader::parse_signals(std::string_view line) {
+  ScannedSignal& first = m_scanned.front();
+  first.line = line;
+  first.bytes = first.lines = 0;
+  if (!first.record.scan(line)) return false;
+  askFor(first);
+  const std::size_t count = 1 + (first.record.isPlain ? scanAhead() : 0);
+  const std::span<const ScannedSignal> scanned(m_scanned.data(), count);
+  for (const ScannedSignal& signal : scanned) {
+    __builtin_prefetch(m_state.model.names.candidate(signal.hash));
+  }
+  for (const ScannedSignal& signal : scanned) {
+    m_lines.skip(signal.bytes, signal.lines);
+    addSignal(signal);
+  }
+  return true;
+}
+
+// Scans the plain signals that follow the first; returns how many there are.
+std::size_t XrfReader::scanAhead() {
+  std::string_view text = m_lines.rest();
+  std::size_t count = 0;
+  std::size_t bytes = 0;
+  std::uint64_t lines = 0;
+  while (count + 1 < m_scanned.size()) {
+    const std::size_t feed = text.find('\n');
+    if (feed == std::string_view::npos) break;
+    const std::string_view line = withoutMargin(text.substr(0, feed));
+    text.remove_prefix(feed + 1);
+    bytes += feed + 1;
+    ++lines;
+    if (line.empty()) continue;
+    ScannedSignal& signal = m_scanned[count + 1];
+    if (!signal.record.scanPlain(line)) {
+      askForModule(line, m_scanned[count].record.closing);
+      break;
+    }
+    signal.line = line;
+    signal.bytes = std::exchange(bytes, 0);
+    signal.lines = std::exchange(lines, 0);
+    askFor(signal);
+    ++count;
+  }
+  return count;
+}
+
+// What is named beyond what is declared is refused when its turn comes.
+void XrfReader::askFor(ScannedSignal& signal) const {
+  constexpr std::size_t most = 4;
+  const SignalRecord& record = signal.record;
+  signal.hash = NamePool::hashOf(record.name);
+  m_state.model.names.prefetch(signal.hash);
+  if (record.net < m_net_count) prefetchWhole(m_nets[record.net]);
+  const std::size_t count = std::min(record.bits.size(), most);
+  for (std::size_t at = 0; at < count; ++at) m_bits.prefetch(record.bits[at]);
+}
+
+// The next module mostly lies beside the one that ends, so the hash of its path is at hand.
+void XrfReader::askForModule(std::string_view text, std::ptrdiff_t closing) const {
+  ModuleRecord record;
+  if (!record.scanHead(text)) return;
+  m_state.model.names.prefetch(NamePool::hashOf(record.name));
+  if (closing == 1) m_state.modules.at(m_view).prefetch(record.name);
+}
+
+void XrfReader::addSignal(const ScannedSignal& scanned) {
+  const SignalRecord& record = scanned.record;
+  checkSignal(record, scanned.line);
   m_budget.at(m_view).count(1);
-  const SignalRecord& record = m_signal;
   Module& module = front();
   ModelState& model = m_state.model;
-  auto* signal = new (model.arena.allocate(sizeof(Signal))) Signal(
-      model, &module, model.names.intern(record.name), record.id, record.lsb, record.msb, true);
+  auto* signal = new (model.arena.allocate(sizeof(Signal)))
+      Signal(model, &module, model.names.intern(record.name, scanned.hash), record.id, record.lsb,
+             record.msb, true);
   if (record.direction != "WIRE") setKind(signal, std::string(record.direction).c_str());
   module.addSignal(signal);
   m_state.enter(m_view, signal, true);
@@ -255,9 +390,8 @@ bool XrfReader::parse_signal(std::string_view line) {
     linkBits(*signal, record.rest);
   }
   if (record.visibility.front() == 'H') signal->setHidden(true);
-  join(*signal, *m_nets[record.net]);
+  join(*signal, m_nets[record.net]);
   closeModules(record.closing);
-  return true;
 }
 
 // Every word that is left stands for one index, from the lsb upward; what is no number means bit 0.
@@ -278,12 +412,13 @@ void XrfReader::linkBit(Signal& signal, std::uint64_t index, std::uint32_t numbe
     fatalHere("Signal %s has more bits than its range %u to %u.", signal.getName(), signal.getLsb(),
               signal.getMsb());
   }
-  if (number >= m_bits.size() || m_bits[number] == nullptr) {
+  Bit* bit = m_bits.find(number);
+  if (bit == nullptr) {
     fatalHere("Signal %s names bit %u, which the file does not declare.", signal.getName(), number);
   }
   const auto at = static_cast<std::uint32_t>(index);
   auto* ref = new (m_state.model.arena.allocate(sizeof(BitRef))) BitRef(&signal, at);
-  ref->setBit(m_bits[number]);
+  ref->setBit(bit);
   signal.setBitRef(at, ref);
 }
 
@@ -335,17 +470,28 @@ void XrfReader::closeModules(std::ptrdiff_t count) {
   }
 }
 
+XrfReader::Leaf& XrfReader::leafOf(const Module& module) {
+  const Word* cell = module.m_def_name;
+  auto& [last, leaf] = m_last_leaves.at(cell->number() % m_last_leaves.size());
+  if (leaf == nullptr || last != cell) {
+    last = cell;
+    leaf = &m_leaves[cell];
+  }
+  return *leaf;
+}
+
 bool XrfReader::copyLeaf(Module& module) {
   if (!m_state.signals.at(m_view).isPlain(module)) return false;
-  const auto known = m_leaves.find(module.m_def_name);
-  if (known == m_leaves.end() || !known->second.text) return false;
-  const LeafText::Passed passed = known->second.text->scan(m_lines.rest(), m_places);
+  Leaf& leaf = leafOf(module);
+  if (!leaf.text) return false;
+  const LeafText::Passed passed = leaf.text->scan(m_lines.rest(), m_places);
   if (passed.bytes == 0 || !areThere(m_places)) {
-    known->second.text.reset();
+    leaf.text.reset();
     return false;
   }
   m_lines.skip(passed.bytes, passed.lines);
-  copyPorts(module, *known->second.text);
+  askForModule(withoutMargin(m_lines.rest()), passed.closing);
+  copyPorts(module, *leaf.text);
   closeModules(passed.closing);
   return true;
 }
@@ -355,10 +501,9 @@ bool XrfReader::areThere(const std::vector<LeafText::Place>& places) const {
   if (!mayDeclare(m_declared_indices + places.size())) return false;
   if (m_budget.at(m_view).left() < places.size()) return false;
   for (const LeafText::Place& place : places) {
-    if (place.net >= m_nets.size() || place.bit >= m_bits.size()) return false;
-    if (m_bits[place.bit] == nullptr) return false;
-    __builtin_prefetch(m_nets[place.net], 1);
-    __builtin_prefetch(m_bits[place.bit], 1);
+    if (place.net >= m_net_count || m_bits.find(place.bit) == nullptr) return false;
+    prefetchWhole(m_nets[place.net]);
+    m_bits.prefetch(place.bit);
   }
   return true;
 }
@@ -377,9 +522,9 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
     m_state.signals.at(m_view).hold(*signal);
     set.slots[at] = reinterpret_cast<std::uintptr_t>(signal);
     auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(signal, 0);
-    ref->setBit(m_bits[m_places[at].bit]);
+    ref->setBit(m_bits.find(m_places[at].bit));
     signal->store(0, ref);
-    join(*signal, *m_nets[m_places[at].net]);
+    join(*signal, m_nets[m_places[at].net]);
     // One by one, since memory may run out on the way.
     set.count = set.listed = at + 1;
   }
@@ -393,7 +538,7 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
 void XrfReader::learnLeaf(const Module& module) {
   constexpr unsigned often = 5;
   if (module.m_signals.count > members::unindexed || module.children().count != 0) return;
-  Leaf& leaf = m_leaves[module.m_def_name];
+  Leaf& leaf = leafOf(module);
   if (leaf.text || leaf.met >= often || leaf.met++ == 0) return;
   leaf.text = LeafText::of(module);
 }
@@ -499,13 +644,13 @@ void XrfReader::checkDeclared(std::uint64_t& sum, std::uint64_t count, const cha
 void XrfReader::declareBits(std::uint32_t count) {
   checkDeclared(m_declared_bits, count, "bits");
   for (ObjectBudget& budget : m_budget) budget.count(count);
-  m_bits.resize(count);
+  m_bits.declare(count);
 }
 
 void XrfReader::declareNets(std::uint32_t count) {
   checkDeclared(m_declared_nets, count, "nets");
-  m_nets.resize(count);
-  for (Net*& net : m_nets) net = new Net;
+  m_nets = static_cast<Net*>(m_state.model.arena.allocate(count * sizeof(Net)));
+  for (m_net_count = 0; m_net_count < count; ++m_net_count) new (m_nets + m_net_count) Net;
 }
 
 }  // namespace XRF_RTL2LL

@@ -30,8 +30,7 @@ void* advance(Cursor& cursor) {
   }
   // Every other walk goes over marked slots; a registry marks those that left or are not made yet.
   const std::uintptr_t wanted = cursor.walk == members::Visible ? members::visible : 0;
-  const std::uintptr_t looked =
-      cursor.walk == members::Listed ? members::unlisted : members::marks;
+  const std::uintptr_t looked = cursor.walk == members::Listed ? members::unlisted : members::marks;
   const auto* slot = static_cast<const std::uintptr_t*>(cursor.position);
   const auto* end = static_cast<const std::uintptr_t*>(cursor.end);
   while (slot != end) {

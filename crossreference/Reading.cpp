@@ -17,9 +17,7 @@ constexpr std::size_t mostLevels = Limits().moduleNesting;
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }
 
 // What the file format has a use of its own for.
-bool isUnclean(char byte) {
-  return isBlank(byte) || byte == '(' || byte == ')' || isControl(byte);
-}
+bool isUnclean(char byte) { return isBlank(byte) || byte == '(' || byte == ')' || isControl(byte); }
 
 bool isNumber(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);

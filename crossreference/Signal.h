@@ -102,6 +102,7 @@ class XRF_API Signal {
   friend class CellTemplate;
   friend class LeafText;
   friend class XrfReader;
+  friend class WriteAhead;
   friend class RegisterTies;
   friend struct ModelState;
   template <class T>
@@ -185,6 +186,7 @@ class XRF_API Net {
   friend class Signal;
   friend class NetGrouping;
   friend class XrfReader;
+  friend class WriteAhead;
   friend struct ModelState;
   template <class T>
   friend class Range;

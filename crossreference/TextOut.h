@@ -1,6 +1,7 @@
 #pragma once
 
 #include <crossreference/Module.h>
+#include <crossreference/Word.h>
 
 #include <algorithm>
 #include <charconv>
@@ -37,15 +38,20 @@ class TextOut {
     if (m_failed) return *this;
     if (most > m_text.size() - m_size) makeRoom(most);
     char* place = m_text.data() + m_size;
+    if (number < 10) {
+      *place = static_cast<char>('0' + number);
+      ++m_size;
+      return *this;
+    }
     m_size += static_cast<std::size_t>(std::to_chars(place, place + most, number).ptr - place);
     return *this;
   }
-  /// A name; one that is missing fails the output, and nothing is written from there on.
-  void name(const char* text) {
+  /// A stored name; one that is missing fails the output, and nothing is written from there on.
+  void name(const Word* text) {
     if (text == nullptr) {
       m_failed = true;
     } else {
-      *this << text;
+      *this << *text;
     }
   }
   bool failed() const { return m_failed; }

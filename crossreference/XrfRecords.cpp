@@ -71,12 +71,12 @@ bool BitRecord::scan(std::string_view line) {
 }
 
 bool SignalRecord::scan(std::string_view line) {
-  isPlain = scanPlain(line);
-  if (!isPlain) scanAny(line);
+  if (!scanPlain(line)) scanAny(line);
   return fields >= 8;
 }
 
 bool SignalRecord::scanPlain(std::string_view line) {
+  isPlain = false;
   PlainScan scan(line);
   if (!scan.literal("(SIG ")) return false;
   const bool marked = known(scan, visibility, "VISIBLE ") || word(scan, visibility);
@@ -96,7 +96,8 @@ bool SignalRecord::scanPlain(std::string_view line) {
   fields = bits.size() == 1 ? 8 : 9;
   const bool closed = closes(scan, closing) && closing > 0;
   --closing;
-  return closed && msb >= lsb && bits.size() - 1 == msb - lsb;
+  isPlain = closed && msb >= lsb && bits.size() - 1 == msb - lsb;
+  return isPlain;
 }
 
 void SignalRecord::scanAny(std::string_view line) {
@@ -129,6 +130,12 @@ bool ModuleRecord::scanPlain(std::string_view line) {
   PlainScan scan(line);
   return scan.literal("(MOD ") && word(scan, visibility) && word(scan, definition) &&
          word(scan, name) && scan.number(id) && closes(scan, closing);
+}
+
+bool ModuleRecord::scanHead(std::string_view text) {
+  PlainScan scan(text);
+  return scan.literal("(MOD ") && word(scan, visibility) && word(scan, definition) &&
+         word(scan, name);
 }
 
 }  // namespace XRF_RTL2LL

@@ -34,9 +34,10 @@ struct SignalRecord {
   std::ptrdiff_t closing = 0;  ///< parentheses beyond the record's own
 
   bool scan(std::string_view line);
+  /// True for a plain record alone.
+  bool scanPlain(std::string_view line);
 
  private:
-  bool scanPlain(std::string_view line);
   void scanAny(std::string_view line);
 };
 
@@ -48,6 +49,8 @@ struct ModuleRecord {
   std::ptrdiff_t closing = 0;  ///< all parentheses that close
 
   bool scan(std::string_view line);
+  /// The visible words of a text that begins with a plain record.
+  bool scanHead(std::string_view text);
 
  private:
   bool scanPlain(std::string_view line);

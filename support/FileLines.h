@@ -1,6 +1,6 @@
 #pragma once
 
-#include <support/InputFile.h>
+#include <support/LineReader.h>
 #include <support/Report.h>
 
 #include <cstdint>
@@ -13,16 +13,16 @@ namespace XRF_RTL2LL {
 /// raised meanwhile tells the line.
 class FileLines {
  public:
-  /// `phase` names the walk to the progress handler. Both texts must outlive the walk.
-  FileLines(const std::string& path, std::string_view text, const char* phase);
+  /// `phase` names the walk to the progress handler. It and the source must outlive the walk.
+  FileLines(const std::string& path, const TextSource& source, const char* phase);
 
-  /// Steps to the next line; false at the end.
+  /// Steps to the next line; false at the end. A file that fails before its end is fatal.
   bool next() {
-    if (!m_lines.next()) return false;
+    if (!m_lines.next()) return end();
     if (m_lines.offset() >= m_report) report();
     return true;
   }
-  /// What follows the current line.
+  /// What follows the current line: LineReader::ahead bytes at least, or all.
   std::string_view rest() const { return m_lines.rest(); }
   /// Passes lines of that, so many bytes in all.
   void skip(std::size_t bytes, std::uint64_t lines) { m_lines.skip(bytes, lines); }
@@ -34,6 +34,7 @@ class FileLines {
 
  private:
   void report();
+  bool end() const;
 
   LineReader m_lines;
   const char* m_phase;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 #include <sys/stat.h>
 
@@ -47,20 +46,6 @@ void InputFile::read(const Descriptor& file, std::size_t expected) {
     m_size += static_cast<std::size_t>(got);
   }
   m_open = true;
-}
-
-bool LineReader::next() {
-  if (m_next >= m_text.size()) return false;
-  const char* start = m_text.data() + m_next;
-  const std::size_t rest = m_text.size() - m_next;
-  const void* feed = std::memchr(start, '\n', rest);
-  m_terminated = feed != nullptr;
-  const std::size_t length =
-      m_terminated ? static_cast<std::size_t>(static_cast<const char*>(feed) - start) : rest;
-  m_line = {start, length};
-  m_next += length + (m_terminated ? 1 : 0);
-  ++m_number;
-  return true;
 }
 
 }  // namespace XRF_RTL2LL

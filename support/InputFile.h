@@ -38,35 +38,4 @@ class InputFile {
   bool m_open = false;
 };
 
-/// The lines of a text, without their line feeds, and where the walk stands.
-class LineReader {
- public:
-  explicit LineReader(std::string_view text) : m_text(text) {}
-
-  /// Steps to the next line; false at the end. A last line without a line feed counts.
-  bool next();
-  /// What follows the current line.
-  std::string_view rest() const { return m_text.substr(m_next); }
-  /// Passes lines of that, so many bytes in all.
-  void skip(std::size_t bytes, std::uint64_t lines) {
-    m_next += bytes;
-    m_number += lines;
-  }
-  std::string_view line() const { return m_line; }
-  /// Whether the current line ended in a line feed.
-  bool terminated() const { return m_terminated; }
-  /// Number of the current line, from 1.
-  std::uint64_t number() const { return m_number; }
-  /// Bytes passed so far.
-  std::uint64_t offset() const { return m_next; }
-  std::uint64_t size() const { return m_text.size(); }
-
- private:
-  std::string_view m_text;
-  std::string_view m_line;
-  std::size_t m_next = 0;
-  std::uint64_t m_number = 0;
-  bool m_terminated = false;
-};
-
 }  // namespace XRF_RTL2LL

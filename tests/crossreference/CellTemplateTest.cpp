@@ -100,11 +100,37 @@ TEST_F(CellTemplateTest, RangesThatAreDeclaredHoldForCopies) {
   EXPECT_EQ(bit("/top/u2/d", 5), bit("/top/u1/c"));
 }
 
+TEST_F(CellTemplateTest, BitsOfCopiesAreNumberedAsTheirPortsAreMade) {
+  readRtl(several(input("A") + output("Q"), net("n", pin("Q", "u2") + pin("A", "u1"))));
+  unsigned int number = 0;
+  for (const char* port : {"/top/u0/A", "/top/u0/Q", "/top/u1/Q", "/top/u2/A", "/top/u2/Q"}) {
+    EXPECT_EQ(bit(port)->getId(), number++) << port;
+  }
+  EXPECT_EQ(bit("/top/u1/A"), bit("/top/u2/Q"));
+  EXPECT_EQ(Bit::getAllBits().size(), number);
+}
+
+TEST_F(CellTemplateTest, ReadingThatIsBrokenOffLeavesNoBitThatIsNoneOfTheModel) {
+  const std::string joined = net("n", pin("Q", "u2") + pin("A", "u1"));
+  read(RTL, several(input("A") + output("Q"), joined + instance("bad", "missing")));
+  ASSERT_TRUE(fatal);
+  std::size_t found = 0;
+  for (const Bit* bit : Bit::getAllBits()) found += bit->getBitRefs().empty() ? 0U : 1U;
+  EXPECT_EQ(Bit::getAllBits().size(), found);
+  EXPECT_EQ(bit("/top/u1/A"), bit("/top/u2/Q"));
+  EXPECT_TRUE(Bit::getAllBits().contains(bit("/top/u2/Q")));
+  const XRF_RTL2LL::BitRef* ref = signal("/top/u1/Q")->getBitRef(0);
+  ASSERT_NE(ref, nullptr);
+  XRF_RTL2LL::Model other;
+  const XRF_RTL2LL::ModelScope scope(other);
+  EXPECT_EQ(ref->getBit(), nullptr);
+  EXPECT_TRUE(Bit::getAllBits().empty());
+}
+
 TEST_F(CellTemplateTest, MembersOfACopyCountFromTheDeclaredLeftEnd) {
   subject.setMatching(Matching::Extended);
   const std::string joined = net("n", pin(member("d_", "1"), "u2") + pin("c", "u1"));
-  readRtl(
-      several(port(array(edif::renamed("d_", "d[7:4]"), "4"), "INPUT") + input("c"), joined));
+  readRtl(several(port(array(edif::renamed("d_", "d[7:4]"), "4"), "INPUT") + input("c"), joined));
   EXPECT_EQ(range("/top/u2/d"), "4..7");
   EXPECT_EQ(bit("/top/u2/d", 6), bit("/top/u1/c"));
 }

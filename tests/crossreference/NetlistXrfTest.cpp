@@ -452,6 +452,55 @@ TEST_F(NetlistXrfTest, NamesLongerThanAThousandBytes) {
   EXPECT_EQ(range("/top/" + name), "0..0");
 }
 
+// Lines that follow one another are looked at together, but each has its turn.
+TEST_F(NetlistXrfTest, FaultInARowOfSignalsIsToldAtItsLine) {
+  std::string row = "(MOD VISIBLE top top 0\n";
+  for (int number = 0; number < 30; ++number) {
+    const std::string digits = std::to_string(number);
+    row += number % 7 == 3 ? "\n   \n" : "";
+    row += "   (SIG VISIBLE WIRE s" + digits + " " + digits + " 0 0 0 " +
+           std::to_string(number % 4) + ")\n";
+  }
+  for (int number = 0; number < 30; ++number) {
+    SCOPED_TRACE(number);
+    const std::string text = file(row);
+    const std::string name = "s" + std::to_string(number) + " ";
+    const std::size_t at = text.find(" 0 0 0 ", text.find(name));
+    std::string broken = text;
+    broken.replace(at, 3, " 9 ");
+    expectErrorAt(broken, name);
+  }
+  readXrf(file(row));
+  for (int number = 0; number < 30; ++number) {
+    EXPECT_EQ(idOf("/top/s" + std::to_string(number), 0), number % 4);
+  }
+}
+
+TEST_F(NetlistXrfTest, RepeatedBitTakesThePlaceOfTheFirst) {
+  readXrf(
+      file("(BIT 1 CNST 1)\n(MOD VISIBLE top top 0\n(SIG VISIBLE WIRE a 1 0 0 0 1)\n"
+           "(BIT 1 CNST 0)\n(SIG VISIBLE WIRE b 2 0 0 0 1)\n"));
+  EXPECT_EQ(bit("/top/a", 0)->getValueStr(false), "1");
+  EXPECT_EQ(bit("/top/b", 0)->getValueStr(false), "0");
+  EXPECT_EQ(Bit::getAllBits().size(), 6U);
+}
+
+TEST_F(NetlistXrfTest, BitsBelowASmallerCountOutliveALargerOne) {
+  const std::string counts = "(BITS 2)\n(BITS 9)\n(BIT 1 CNST 0)\n(BIT 3 CNST 1)\n";
+  const std::string top = "(MOD VISIBLE top top 0\n";
+  readXrf(file(counts + top + "(SIG VISIBLE WIRE a 1 0 0 0 0)\n(SIG VISIBLE WIRE b 2 0 0 0 1)\n" +
+               "(SIG VISIBLE WIRE c 3 0 0 0 3)\n"));
+  EXPECT_EQ(bit("/top/a", 0), *Bit::getAllBits().begin());
+  EXPECT_EQ(bit("/top/b", 0)->getValueStr(false), "0");
+  EXPECT_EQ(bit("/top/c", 0)->getValueStr(false), "1");
+  resetModel();
+  Netlist fresh;
+  const test::TempFile forgotten(file(counts + top + "(SIG VISIBLE WIRE a 1 0 0 0 2)\n"));
+  path = forgotten.path();
+  run([&] { fresh.parse_xrf(path); });
+  EXPECT_TRUE(fatal);
+}
+
 // Hostile files
 
 class XrfHostileTest : public NetlistXrfTest {};

@@ -186,8 +186,9 @@ int main() {
                                                   " after all");
   trust::require(bad >= designs / 4 && bad <= designs / 2,
                  "a good part of the designs is bad: " + std::to_string(bad));
-  std::printf("%u designs, %u of them given up, each as in a fresh process; %zu bytes in use after "
-              "%u, %zu after all\n",
-              designs, bad, heap, warmUp, heapInUse());
+  std::printf(
+      "%u designs, %u of them given up, each as in a fresh process; %zu bytes in use after "
+      "%u, %zu after all\n",
+      designs, bad, heap, warmUp, heapInUse());
   return 0;
 }
