@@ -21,20 +21,19 @@ class WriteAhead {
   void askForSignals() {
     const std::uint32_t at = m_signal++;
     if (m_signals.count <= members::unindexed) return;
-    constexpr std::uint32_t distance = 4;
-    const auto ask = [&](std::uint32_t steps, void (*fetch)(const Signal&)) {
-      const std::uint64_t next = std::uint64_t{at} + steps * distance;
+    const auto ask = [&](std::uint64_t distance, void (*fetch)(const Signal&)) {
+      const std::uint64_t next = at + distance;
       if (next < m_signals.count) fetch(*members::object<Signal>(m_signals.slots[next]));
     };
-    ask(3, prefetchWhole<Signal>);
-    ask(2, askForPlaces);
-    ask(1, askForBit);
+    ask(12, prefetchWhole<Signal>);
+    ask(8, askForPlaces);
+    ask(4, askForBit);
   }
   /// Before each child.
   void askForChildren() {
     const std::uint32_t at = m_child++;
-    const auto ask = [&](std::uint32_t steps, void (*fetch)(const Module&)) {
-      const std::uint64_t next = std::uint64_t{at} + steps;
+    const auto ask = [&](std::uint64_t distance, void (*fetch)(const Module&)) {
+      const std::uint64_t next = at + distance;
       if (next < m_children.count) fetch(*members::object<Module>(m_children.slots[next]));
     };
     ask(5, [](const Module& child) {

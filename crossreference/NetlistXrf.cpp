@@ -44,12 +44,12 @@ class LoadedBits {
   void declare(std::uint32_t count);
   /// Makes the bit of a number, which takes the place of an earlier one.
   Bit* make(std::uint32_t number);
-  /// Null where none is.
-  Bit* find(std::uint32_t number) const {
-    if (number >= m_there.size() || !m_there[number]) return nullptr;
+  bool has(std::uint32_t number) const { return number < m_there.size() && m_there[number]; }
+  /// One that is there.
+  Bit* at(std::uint32_t number) const {
     if (!m_elsewhere.empty()) {
-      const auto at = m_elsewhere.find(number);
-      if (at != m_elsewhere.end()) return at->second;
+      const auto found = m_elsewhere.find(number);
+      if (found != m_elsewhere.end()) return found->second;
     }
     return m_bits + number;
   }
@@ -67,7 +67,7 @@ class LoadedBits {
 void LoadedBits::declare(std::uint32_t count) {
   m_there.resize(count);
   for (std::uint32_t number = 0; number < count; ++number) {
-    if (m_there[number]) m_elsewhere[number] = find(number);
+    if (m_there[number]) m_elsewhere[number] = at(number);
   }
   m_bits = static_cast<Bit*>(m_model.arena.allocate(count * sizeof(Bit)));
 }
@@ -133,10 +133,21 @@ class XrfReader {
   };
   std::size_t scanAhead();
   void askFor(ScannedSignal& signal) const;
-  void askForModule(std::string_view text, std::ptrdiff_t closing) const;
+  // The record of a module whose line comes next.
+  struct ScannedModule {
+    ModuleRecord record;
+    std::array<std::size_t, 2> places{};  // of definition and name in the line
+    bool hidden = false;
+    std::uint32_t hash = 0;  // of the name
+    std::uint64_t end = 0;   // of the line in the file
+  };
+  void passEmptyLines();
+  void askForModule(std::string_view text, std::ptrdiff_t closing);
+  bool scanModule(std::string_view line);
   void addSignal(const ScannedSignal& scanned);
 
   std::array<ScannedSignal, 8> m_scanned;
+  ScannedModule m_module;
   EdifView m_view = RTL;
   std::uint32_t m_version = 0;
   std::array<ObjectBudget, 2> m_budget;  // of each view; the file's bits may all be of either
@@ -333,15 +344,15 @@ std::size_t XrfReader::scanAhead() {
     const std::size_t feed = text.find('\n');
     if (feed == std::string_view::npos) break;
     const std::string_view line = withoutMargin(text.substr(0, feed));
-    text.remove_prefix(feed + 1);
     bytes += feed + 1;
     ++lines;
-    if (line.empty()) continue;
     ScannedSignal& signal = m_scanned[count + 1];
-    if (!signal.record.scanPlain(line)) {
-      askForModule(line, m_scanned[count].record.closing);
+    if (!line.empty() && !signal.record.scanPlain(line)) {
+      askForModule(text, m_scanned[count].record.closing);
       break;
     }
+    text.remove_prefix(feed + 1);
+    if (line.empty()) continue;
     signal.line = line;
     signal.bytes = std::exchange(bytes, 0);
     signal.lines = std::exchange(lines, 0);
@@ -362,12 +373,45 @@ void XrfReader::askFor(ScannedSignal& signal) const {
   for (std::size_t at = 0; at < count; ++at) m_bits.prefetch(record.bits[at]);
 }
 
+// The writer puts them between records.
+void XrfReader::passEmptyLines() {
+  const std::string_view text = m_lines.rest();
+  const std::size_t count = std::min(text.find_first_not_of('\n'), text.size());
+  m_lines.skip(count, count);
+}
+
 // The next module mostly lies beside the one that ends, so the hash of its path is at hand.
-void XrfReader::askForModule(std::string_view text, std::ptrdiff_t closing) const {
-  ModuleRecord record;
-  if (!record.scanHead(text)) return;
-  m_state.model.names.prefetch(NamePool::hashOf(record.name));
+void XrfReader::askForModule(std::string_view text, std::ptrdiff_t closing) {
+  const std::size_t feed = text.find('\n');
+  if (feed == std::string_view::npos) return;
+  const std::string_view line = withoutMargin(text.substr(0, feed));
+  ModuleRecord& record = m_module.record;
+  m_module.end = 0;
+  if (!record.scanPlain(line)) return;
+  const auto placeOf = [&](std::string_view word) {
+    return static_cast<std::size_t>(word.data() - line.data());
+  };
+  m_module.places = {placeOf(record.definition), placeOf(record.name)};
+  m_module.hidden = record.visibility.front() == 'H';
+  m_module.hash = NamePool::hashOf(record.name);
+  const auto before = static_cast<std::uint64_t>(text.data() - m_lines.rest().data());
+  m_module.end = m_lines.offset() + before + feed + 1;
+  m_state.model.names.prefetch(m_module.hash);
   if (closing == 1) m_state.modules.at(m_view).prefetch(record.name);
+}
+
+// The line may have been scanned already, where it was in memory before.
+bool XrfReader::scanModule(std::string_view line) {
+  ModuleRecord& record = m_module.record;
+  if (std::exchange(m_module.end, 0) == m_lines.offset()) {
+    record.definition = line.substr(m_module.places[0], record.definition.size());
+    record.name = line.substr(m_module.places[1], record.name.size());
+    return true;
+  }
+  if (!record.scan(line)) return false;
+  m_module.hidden = record.visibility.front() == 'H';
+  m_module.hash = NamePool::hashOf(record.name);
+  return true;
 }
 
 void XrfReader::addSignal(const ScannedSignal& scanned) {
@@ -412,13 +456,12 @@ void XrfReader::linkBit(Signal& signal, std::uint64_t index, std::uint32_t numbe
     fatalHere("Signal %s has more bits than its range %u to %u.", signal.getName(), signal.getLsb(),
               signal.getMsb());
   }
-  Bit* bit = m_bits.find(number);
-  if (bit == nullptr) {
+  if (!m_bits.has(number)) {
     fatalHere("Signal %s names bit %u, which the file does not declare.", signal.getName(), number);
   }
   const auto at = static_cast<std::uint32_t>(index);
   auto* ref = new (m_state.model.arena.allocate(sizeof(BitRef))) BitRef(&signal, at);
-  ref->setBit(bit);
+  ref->setBit(m_bits.at(number));
   signal.setBitRef(at, ref);
 }
 
@@ -490,7 +533,8 @@ bool XrfReader::copyLeaf(Module& module) {
     return false;
   }
   m_lines.skip(passed.bytes, passed.lines);
-  askForModule(withoutMargin(m_lines.rest()), passed.closing);
+  passEmptyLines();
+  askForModule(m_lines.rest(), passed.closing);
   copyPorts(module, *leaf.text);
   closeModules(passed.closing);
   return true;
@@ -501,7 +545,7 @@ bool XrfReader::areThere(const std::vector<LeafText::Place>& places) const {
   if (!mayDeclare(m_declared_indices + places.size())) return false;
   if (m_budget.at(m_view).left() < places.size()) return false;
   for (const LeafText::Place& place : places) {
-    if (place.net >= m_net_count || m_bits.find(place.bit) == nullptr) return false;
+    if (place.net >= m_net_count || !m_bits.has(place.bit)) return false;
     prefetchWhole(m_nets[place.net]);
     m_bits.prefetch(place.bit);
   }
@@ -522,7 +566,7 @@ void XrfReader::copyPorts(Module& module, const LeafText& leaf) {
     m_state.signals.at(m_view).hold(*signal);
     set.slots[at] = reinterpret_cast<std::uintptr_t>(signal);
     auto* ref = new (model.arena.allocate(sizeof(BitRef))) BitRef(signal, 0);
-    ref->setBit(m_bits.find(m_places[at].bit));
+    ref->setBit(m_bits.at(m_places[at].bit));
     signal->store(0, ref);
     join(*signal, m_nets[m_places[at].net]);
     // One by one, since memory may run out on the way.
@@ -555,8 +599,8 @@ std::uint64_t XrfReader::objectsOfBothViews() const {
 }
 
 bool XrfReader::parse_module(std::string_view line) {
-  ModuleRecord record;
-  if (!record.scan(line)) return false;
+  if (!scanModule(line)) return false;
+  const ModuleRecord& record = m_module.record;
   Module& parent = front();
   const Limits& limits = m_state.model.limits;
   if (m_modules.size() > limits.moduleNesting) {
@@ -566,7 +610,8 @@ bool XrfReader::parse_module(std::string_view line) {
   m_budget.at(m_view).countInstance();
   const std::uint64_t before = m_state.model.pathBytes;
   NamePool& names = m_state.model.names;
-  auto* module = new Module(names.intern(record.name), names.intern(record.definition), record.id);
+  auto* module = new Module(names.intern(record.name, m_module.hash),
+                            names.intern(record.definition), record.id);
   if (m_modules.size() == 1) m_state.top.at(m_view) = module;
   // Parentheses do not count here: a module with anything to list closes on a later line.
   parent.addChild(module);
@@ -577,11 +622,13 @@ bool XrfReader::parse_module(std::string_view line) {
   }
   m_netlist.registerModule(m_view, module);
   m_modules.push_back(module);
-  if (record.visibility.front() == 'H') module->setHidden();
-  if (record.closing == 0 && copyLeaf(*module)) return true;
+  if (m_module.hidden) module->setHidden();
+  // What is copied asks for the module after it.
+  const std::ptrdiff_t closing = record.closing;
+  if (closing == 0 && copyLeaf(*module)) return true;
   if (m_state.reading.has(Rule::ClosingModules)) {
     // A module without anything to list closes on its own line, and may close its parents with it.
-    closeModules(record.closing);
+    closeModules(closing);
   }
   return true;
 }

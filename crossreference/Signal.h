@@ -186,7 +186,6 @@ class XRF_API Net {
   friend class Signal;
   friend class NetGrouping;
   friend class XrfReader;
-  friend class WriteAhead;
   friend struct ModelState;
   template <class T>
   friend class Range;

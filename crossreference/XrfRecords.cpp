@@ -128,14 +128,8 @@ bool ModuleRecord::scan(std::string_view line) {
 
 bool ModuleRecord::scanPlain(std::string_view line) {
   PlainScan scan(line);
-  return scan.literal("(MOD ") && word(scan, visibility) && word(scan, definition) &&
-         word(scan, name) && scan.number(id) && closes(scan, closing);
-}
-
-bool ModuleRecord::scanHead(std::string_view text) {
-  PlainScan scan(text);
-  return scan.literal("(MOD ") && word(scan, visibility) && word(scan, definition) &&
-         word(scan, name);
+  return scan.literal("(MOD ") && (known(scan, visibility, "VISIBLE ") || word(scan, visibility)) &&
+         word(scan, definition) && word(scan, name) && scan.number(id) && closes(scan, closing);
 }
 
 }  // namespace XRF_RTL2LL

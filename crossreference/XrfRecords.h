@@ -49,10 +49,7 @@ struct ModuleRecord {
   std::ptrdiff_t closing = 0;  ///< all parentheses that close
 
   bool scan(std::string_view line);
-  /// The visible words of a text that begins with a plain record.
-  bool scanHead(std::string_view text);
-
- private:
+  /// True for a plain record alone.
   bool scanPlain(std::string_view line);
 };
 

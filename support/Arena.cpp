@@ -20,6 +20,8 @@ void* Arena::allocateSlowly(std::size_t size) {
     Pages pages = allocatePages(size, size >= hugePage);
     void* start = pages.get();
     m_alone.emplace(start, std::move(pages));
+    // What begins with something large goes on so.
+    m_block = largestBlock;
     return start;
   }
   const std::size_t block = std::max(m_block, size);

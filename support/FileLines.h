@@ -29,6 +29,8 @@ class FileLines {
   std::string_view line() const { return m_lines.line(); }
   /// Whether the current line ended in a line feed.
   bool terminated() const { return m_lines.terminated(); }
+  /// Bytes passed so far.
+  std::uint64_t offset() const { return m_lines.offset(); }
   /// Bytes of the whole file.
   std::uint64_t size() const { return m_lines.size(); }
 

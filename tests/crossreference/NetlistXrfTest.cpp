@@ -458,7 +458,7 @@ TEST_F(NetlistXrfTest, FaultInARowOfSignalsIsToldAtItsLine) {
   for (int number = 0; number < 30; ++number) {
     const std::string digits = std::to_string(number);
     row += number % 7 == 3 ? "\n   \n" : "";
-    row += "   (SIG VISIBLE WIRE s" + digits + " " + digits + " 0 0 0 " +
+    row += "   (SIG VISIBLE WIRE s" + digits + " 1" + digits + " 0 0 0 " +
            std::to_string(number % 4) + ")\n";
   }
   for (int number = 0; number < 30; ++number) {
