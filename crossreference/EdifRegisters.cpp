@@ -85,7 +85,7 @@ void EdifReader::finish_module() {
   for (std::size_t at = first; at < m_deferred.size(); ++at) {
     const Deferred& work = m_deferred[at];
     const bool free = module.getSignal(work.alias, true) == nullptr &&
-                      m_state.findByName(m_view, module, *m_state.word(work.alias)) == nullptr;
+                      m_state.findByName(m_view, module, m_state.word(work.alias)) == nullptr;
     if (free) make_alias(work.alias, RegisterTies::outputOf(*work.instance));
   }
   m_deferred.erase(m_deferred.begin() + static_cast<std::ptrdiff_t>(first), m_deferred.end());

@@ -362,7 +362,9 @@ Module* EdifReader::push_module(const ExprResult& name) {
               static_cast<unsigned long long>(m_limits.moduleNesting));
   }
   m_budget.countInstance();
-  auto* module = new Module(printable(name.second), m_state.model.names.empty(), name.first);
+  const Word* text = printable(name.second);
+  m_state.modules.at(m_view).prefetch(*text);
+  auto* module = new Module(text, m_state.model.names.empty(), name.first);
   const std::uint64_t paths = m_state.model.pathBytes;
   front().addChild(module);
   m_path_bytes += m_state.model.pathBytes - paths;
@@ -613,7 +615,7 @@ void EdifReader::add_printable_net(const ExprResult& name, BitRef& joined) {
     BitRef* place = m_ties.widen(module, bit.signal, bit.lsb, bit.lsb)->getBitRef(bit.lsb);
     if (RegisterTies::join(*place, joined)) return;
   }
-  Signal* same = m_state.findByName(m_view, module, *text);
+  Signal* same = m_state.findByName(m_view, module, text);
   // A bus of the name is something else and keeps the name.
   const bool single = same != nullptr && same->getLsb() == 0 && same->getMsb() == 0;
   if (same != nullptr && (!single || RegisterTies::join(*same->getBitRef(0), joined))) return;

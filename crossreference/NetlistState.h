@@ -98,6 +98,9 @@ struct NetlistState {
   Signal* findByName(EdifView view, const Module& module, std::string_view name) const {
     return signals.at(view).find(module, name);
   }
+  Signal* findByName(EdifView view, const Module& module, const Word* name) const {
+    return signals.at(view).find(module, name);
+  }
   /// A number for a signal of a name: the code of the name, unless something else of the module has
   /// it.
   unsigned int freeNumber(const Module& module, std::string_view name) const;

@@ -29,7 +29,7 @@ Signal* RegisterTies::outputOf(const Module& instance) {
 Signal* RegisterTies::widen(Module& parent, const std::string& name, std::uint32_t lsb,
                             std::uint32_t msb) {
   const Word* word = m_state.model.names.intern(std::string_view(name));
-  const Signal* known = m_state.findByName(m_view, parent, name);
+  const Signal* known = m_state.findByName(m_view, parent, word);
   const unsigned int number = known != nullptr ? known->getId() : m_state.freeNumber(parent, name);
   return m_state.addSignal(m_view, &parent, word, lsb, msb, number);
 }
