@@ -20,6 +20,7 @@ function least(key, value) {
 
 $1 == "bandwidth" { bandwidth = $2 }
 $1 == "latency" { latency = $2 }
+$1 == "touch" { first_touch = $2; later_touch = $3 }
 $1 == "design" {
   finish()
   shape = $2
@@ -204,9 +205,12 @@ function print_objects(name) {
 }
 
 function print_targets(i, what) {
-  printf "\nmemory copied at %s MB/s, reached in %s ns\n", grouped(bandwidth), latency
+  printf "\nmemory copied at %s MB/s, reached in %s ns; a gigabyte first touched in %s s, " \
+    "in %s s once it was in use a moment ago\n",
+    grouped(bandwidth), latency, first_touch, later_touch
   printf "\n%-34s %-40s %-16s %s\n",
-    "target (" grouped(measured_registers) " registers)", "measured", "wanted", ""
+    measured_registers ? "target (" grouped(measured_registers) " registers)" : "target",
+    "measured", "wanted", ""
   for (i = 1; i <= targets; ++i) {
     what = order[i]
     if (!met[what]) ++missed

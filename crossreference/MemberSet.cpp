@@ -18,12 +18,12 @@ int order(const Module* a, const Module* b) {
   return orderOfModules(ModelState::nameOf(a), ModelState::nameOf(b));
 }
 
-// Entries count from 1, so that an index starts as zeros.
 void enterAt(std::uint32_t* index, std::uint32_t capacity, std::uint64_t key,
              std::uint32_t position) {
-  std::uint32_t at = indexPlace(key, capacity);
+  const std::uint32_t hash = indexHash(key);
+  std::uint32_t at = hash & (capacity - 1);
   while (index[at] != 0) at = (at + 1) & (capacity - 1);
-  index[at] = position + 1;
+  index[at] = indexEntry(hash, position, capacity);
 }
 
 // As enterAt, for the index of names. Where a name was given again and again, the entries of
@@ -32,12 +32,15 @@ void enterName(std::uint32_t* index, std::uint32_t capacity, const detail::Membe
                std::uint32_t position) {
   constexpr std::uint32_t few = 8;
   const Word* name = ModelState::nameOf(object<Signal>(set.slots[position]));
-  std::uint32_t at = indexPlace(nameKey(name), capacity);
-  for (std::uint32_t passed = 0; index[at] != 0; at = (at + 1) & (capacity - 1)) {
-    const auto* other = object<Signal>(set.slots[index[at] - 1]);
-    if (++passed > few && ModelState::lostName(*other) && ModelState::nameOf(other) == name) break;
+  const std::uint32_t mask = capacity - 1;
+  const std::uint32_t hash = indexHash(nameKey(name));
+  std::uint32_t at = hash & mask;
+  for (std::uint32_t passed = 0; index[at] != 0; at = (at + 1) & mask) {
+    if (++passed <= few || !mayBeOf(index[at], hash, capacity)) continue;
+    const auto* other = object<Signal>(set.slots[(index[at] & mask) - 1]);
+    if (ModelState::lostName(*other) && ModelState::nameOf(other) == name) break;
   }
-  index[at] = position + 1;
+  index[at] = indexEntry(hash, position, capacity);
 }
 
 // Signals are found by name too: a second index of the same size follows that of the numbers.
@@ -58,7 +61,11 @@ template <class T>
 void reindex(detail::Members& set) {
   if (set.count <= unindexed) return;
   std::memset(set.index, 0, indexes<T> * set.indexCapacity() * sizeof(std::uint32_t));
-  for (std::uint32_t position = 0; position < set.count; ++position) enter<T>(set, position);
+  constexpr std::uint32_t ahead = 16;
+  for (std::uint32_t position = 0; position < set.count; ++position) {
+    if (position + ahead < set.count) __builtin_prefetch(object<T>(set.slots[position + ahead]));
+    enter<T>(set, position);
+  }
 }
 
 // Makes an index of a size that is a power of two, a quarter of it free at least.
@@ -200,12 +207,13 @@ T* find(const detail::Members& set, std::uint32_t id) {
     }
     return nullptr;
   }
-  for (std::uint32_t at = indexPlace(id, set.indexCapacity()); set.index[at] != 0;
-       at = (at + 1) & (set.indexCapacity() - 1)) {
-    T* candidate = object<T>(set.slots[set.index[at] - 1]);
-    if (candidate->getId() == id) return candidate;
-  }
-  return nullptr;
+  T* found = nullptr;
+  eachPosition(set.index, set.indexCapacity(), id, [&](std::uint32_t position) {
+    T* candidate = object<T>(set.slots[position]);
+    if (candidate->getId() == id) found = candidate;
+    return found != nullptr;
+  });
+  return found;
 }
 
 template <class T>

@@ -29,9 +29,31 @@ T* object(std::uintptr_t slot) {
   return reinterpret_cast<T*>(slot & ~marks);  // NOLINT(performance-no-int-to-ptr)
 }
 
-/// Where the search for a number or a stored name begins in an index.
-inline std::uint32_t indexPlace(std::uint64_t key, std::uint32_t capacity) {
-  return static_cast<std::uint32_t>((key * 0x9e3779b97f4a7c15U) >> 32) & (capacity - 1);
+/// The low bits of a number's or stored name's hash tell where its search begins in an index. The
+/// high ones stand in its entry, above the position of its slot, so that hardly ever an object is
+/// looked at which is another's.
+inline std::uint32_t indexHash(std::uint64_t key) {
+  return static_cast<std::uint32_t>((key * 0x9e3779b97f4a7c15U) >> 32);
+}
+/// Positions count from 1, so that an index starts as zeros.
+inline std::uint32_t indexEntry(std::uint32_t hash, std::uint32_t position,
+                                std::uint32_t capacity) {
+  return (hash & ~(capacity - 1)) | (position + 1);
+}
+inline bool mayBeOf(std::uint32_t entry, std::uint32_t hash, std::uint32_t capacity) {
+  return ((entry ^ hash) & ~(capacity - 1)) == 0;
+}
+
+/// Calls `visit` with the positions that an index has for a key, others among them, until it
+/// returns true.
+template <class Visit>
+void eachPosition(const std::uint32_t* index, std::uint32_t capacity, std::uint64_t key,
+                  Visit visit) {
+  const std::uint32_t mask = capacity - 1;
+  const std::uint32_t hash = indexHash(key);
+  for (std::uint32_t at = hash & mask; index[at] != 0; at = (at + 1) & mask) {
+    if (mayBeOf(index[at], hash, capacity) && visit((index[at] & mask) - 1)) return;
+  }
 }
 
 /// Makes room for exactly so many objects in a new set; the caller fills the slots.
@@ -68,9 +90,13 @@ T* find(const detail::Members& set, std::uint32_t id);
 /// for.
 template <class T>
 T* candidate(const detail::Members& set, std::uint32_t id) {
-  if (set.count <= unindexed) return nullptr;
-  const std::uint32_t position = set.index[indexPlace(id, set.indexCapacity())];
-  return position == 0 ? nullptr : object<T>(set.slots[position - 1]);
+  T* first = nullptr;
+  if (set.count <= unindexed) return first;
+  eachPosition(set.index, set.indexCapacity(), id, [&](std::uint32_t position) {
+    first = object<T>(set.slots[position]);
+    return true;
+  });
+  return first;
 }
 
 /// The first signal of a stored name that `isWanted` takes, or null.
@@ -137,13 +163,14 @@ Signal* findNamed(const detail::Members& set, const Word* name, IsWanted isWante
     }
     return nullptr;
   }
-  const std::uint32_t* index = set.index + set.indexCapacity();
-  for (std::uint32_t at = indexPlace(nameKey(name), set.indexCapacity()); index[at] != 0;
-       at = (at + 1) & (set.indexCapacity() - 1)) {
-    auto* signal = object<Signal>(set.slots[index[at] - 1]);
-    if (matches(signal)) return signal;
-  }
-  return nullptr;
+  Signal* found = nullptr;
+  const std::uint32_t* names = set.index + set.indexCapacity();
+  eachPosition(names, set.indexCapacity(), nameKey(name), [&](std::uint32_t position) {
+    auto* signal = object<Signal>(set.slots[position]);
+    if (matches(signal)) found = signal;
+    return found != nullptr;
+  });
+  return found;
 }
 
 template <class T>

@@ -1,5 +1,5 @@
-// What memory itself takes: to move much of it, and to reach one place after another. The bounds of
-// everything that touches much of it.
+// What memory itself takes: to move much of it, to reach one place after another, and to be the
+// first to touch it. The bounds of everything that touches much of it.
 
 #include <algorithm>
 #include <chrono>
@@ -18,6 +18,7 @@ namespace {
 /// Far more than caches hold.
 constexpr std::size_t kBytes = std::size_t{256} << 20;
 constexpr int kRounds = 8;
+constexpr std::size_t kHugePage = std::size_t{1} << 21;
 
 /// Megabytes a second of one copy, read and written counted once each.
 double copyOnce(std::vector<char>& target, const std::vector<char>& source) {
@@ -41,10 +42,9 @@ struct Free {
 /// lines are on huge pages, as what the library keeps.
 double reach() {
   using Clock = std::chrono::steady_clock;
-  constexpr std::size_t hugePage = std::size_t{1} << 21;
   constexpr std::size_t count = kBytes / sizeof(Line);
   constexpr std::uint64_t steps = 4'000'000;
-  const std::unique_ptr<Line, Free> lines(static_cast<Line*>(std::aligned_alloc(hugePage, kBytes)));
+  const std::unique_ptr<Line, Free> lines(static_cast<Line*>(std::aligned_alloc(kHugePage, kBytes)));
   if (lines == nullptr) return 0;
   ::madvise(lines.get(), kBytes, MADV_HUGEPAGE);
   std::vector<std::uint32_t> order(count);
@@ -60,9 +60,29 @@ double reach() {
   return at >= count ? 0 : seconds * 1e9 / static_cast<double>(steps);
 }
 
+/// Seconds that it takes to be the first to touch a gigabyte of huge pages. The kernel clears them,
+/// and a virtual machine may have to ask its host for them.
+double touch() {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::size_t size = std::size_t{1} << 30;
+  void* memory = ::mmap(nullptr, size + kHugePage, PROT_READ | PROT_WRITE,
+                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (memory == MAP_FAILED) return 0;
+  ::madvise(memory, size + kHugePage, MADV_HUGEPAGE);
+  auto* bytes = static_cast<volatile char*>(memory);
+  const Clock::time_point start = Clock::now();
+  for (std::size_t at = 0; at < size; at += 4096) bytes[at] = 1;
+  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  ::munmap(memory, size + kHugePage);
+  return seconds;
+}
+
 }  // namespace
 
 int main() {
+  // The second time the memory was in use a moment ago.
+  const double first = touch();
+  std::printf("touch\t%.2f\t%.2f\n", first, touch());
   std::vector<char> source(kBytes, 'x');
   std::vector<char> target(kBytes);
   double best = 0;
