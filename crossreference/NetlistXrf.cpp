@@ -244,14 +244,19 @@ void XrfReader::settleNets() {
 void XrfReader::recallRegisters() {
   for (const EdifView view : {RTL, SYNTH}) {
     RegisterTies ties(m_state, view);
-    std::unordered_map<const Word*, opKind> kinds;  // of the cells met so far
+    // Of the cells met so far, counted from 1, by the numbers of their names.
+    std::vector<std::uint8_t> kinds;
     m_state.modules[view].each([&](Module* module) {
       const Word* cell = module->m_def_name;
       if (cell == nullptr || module->getParent() == nullptr) return;
-      const auto [kind, isNew] = kinds.try_emplace(cell, HIER);
+      if (cell->number() >= kinds.size()) kinds.resize(std::size_t{cell->number()} + 1);
+      std::uint8_t& kind = kinds[cell->number()];
       const unsigned lutMode = view == RTL ? 2 : 0;
-      if (isNew) kind->second = m_state.kindOf(m_state.tokens->getCode(*cell), lutMode);
-      module->setKind(kind->second);
+      if (kind == 0) {
+        const unsigned int code = m_state.tokens->getCode(*cell);
+        kind = static_cast<std::uint8_t>(m_state.kindOf(code, lutMode) + 1);
+      }
+      module->setKind(static_cast<opKind>(kind - 1));
       if (!RegisterTies::isRegister(m_state, *module)) return;
       Signal* output = RegisterTies::outputOf(*module);
       if (output != nullptr) output->setSrcState();
