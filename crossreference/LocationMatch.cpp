@@ -53,20 +53,19 @@ bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& mat
   return true;
 }
 
-LocationMatch::Match LocationMatch::find(const std::string& name, EdifView view) {
+LocationMatch::Match LocationMatch::find(std::string_view name, EdifView view) {
   Match match;
   const std::string& prefix = m_prefix.at(view);
   if (prefix.empty()) return match;
   match.faithful = findExactly(name, view, match);
   if (match.faithful || match.isApart) return match;
-  for (LevelChanges changes(name); changes.next();) {
-    const ChangedLevels& changed = changes.current();
-    // What still is a module was not joined to the names below it.
-    if (!changed.joined.empty() && m_search.hasModule(view, prefix + changed.joined)) break;
-    if (findExactly(changed.name, view, match)) return match;
-  }
+  // Nearly all modules are there under names that nothing has changed.
+  const std::string_view levels = name.substr(0, name.rfind('/') + 1);
+  const bool unchanged = isNormal(levels) && (levels.empty() || m_search.hasModule(view, m_path));
+  if (!unchanged) findChanged(name, view, match);
+  if (match.bit != nullptr) return match;
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.
-  const Signal* signal = m_search.find(view, normalised(prefix + name));
+  const Signal* signal = m_search.find(view, normalised(prefix + std::string(name)));
   const BitRef* ref = signal == nullptr ? nullptr : refAt(*signal, 0);
   // Where names are printable, a register of the changed name is another one.
   const bool another = ref != nullptr && m_state.renamed.at(view) && RegisterTies::isTied(*ref);
@@ -74,8 +73,22 @@ LocationMatch::Match LocationMatch::find(const std::string& name, EdifView view)
   return match;
 }
 
+// Looks for the register under the names that changes of its levels may have made.
+void LocationMatch::findChanged(std::string_view name, EdifView view, Match& match) {
+  for (LevelChanges changes(name); changes.next();) {
+    const ChangedLevels& changed = changes.current();
+    // What still is a module was not joined to the names below it.
+    if (!changed.joined.empty() && m_search.hasModule(view, m_prefix.at(view) + changed.joined)) {
+      return;
+    }
+    if (findExactly(changed.name, view, match)) return;
+  }
+}
+
 LocationMatch::Match LocationMatch::find(std::string_view net) {
-  const std::string name = cleaned(net);
+  const bool clean = isClean(net);
+  if (!clean) m_clean = cleaned(net);
+  const std::string_view name = clean ? net : std::string_view(m_clean);
   Match match = find(name, SYNTH);
   if (match.bit != nullptr || match.foundOther) return match;
   return find(name, RTL);

@@ -56,7 +56,8 @@ class LocationMatch {
   };
 
   Match find(std::string_view net);
-  Match find(const std::string& name, EdifView view);
+  Match find(std::string_view name, EdifView view);
+  void findChanged(std::string_view name, EdifView view, Match& match);
   bool findExactly(std::string_view name, EdifView view, Match& match);
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome claim(Bit& bit, const Claim& claim);
@@ -66,6 +67,7 @@ class LocationMatch {
   std::array<std::string, 2> m_prefix;  // of what is below the top, where there is one
   std::string m_path;                   // of the module whose signals are looked for
   std::string m_local;
+  std::string m_clean;  // the name of a line that is not clean
   std::pmr::monotonic_buffer_resource m_memory;
   std::pmr::unordered_map<const Bit*, Claim> m_claims;
   std::uint64_t m_withdrawn = 0;

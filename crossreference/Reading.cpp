@@ -16,6 +16,9 @@ constexpr std::size_t mostLevels = Limits().moduleNesting;
 
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }
 
+// What implementation tools make "_" of.
+bool isCleanedAway(char byte) { return byte == '[' || byte == ']' || byte == '.' || byte == '$'; }
+
 // What the file format has a use of its own for.
 bool isUnclean(char byte) { return isBlank(byte) || byte == '(' || byte == ')' || isControl(byte); }
 
@@ -229,10 +232,10 @@ bool holdsState(std::string_view cell) {
   return std::find(cells.begin(), cells.end(), cell) != cells.end();
 }
 
-void normalise(std::string& name) {
-  for (char& byte : name) {
-    if (byte == '[' || byte == ']' || byte == '.' || byte == '$') byte = '_';
-  }
+void normalise(std::string& name) { std::replace_if(name.begin(), name.end(), isCleanedAway, '_'); }
+
+bool isNormal(std::string_view name) {
+  return std::none_of(name.begin(), name.end(), isCleanedAway);
 }
 
 std::string normalised(std::string name) {

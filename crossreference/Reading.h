@@ -95,6 +95,8 @@ bool holdsState(std::string_view cell);
 
 /// "[", "]", "." and "$" as "_", the way implementation tools clean names.
 void normalise(std::string& name);
+/// Whether that leaves a name as it is.
+bool isNormal(std::string_view name);
 std::string normalised(std::string name);
 
 /// What a net's name may stand for, most faithful first: a signal of the whole name, then the bit
