@@ -44,7 +44,8 @@ double reach() {
   using Clock = std::chrono::steady_clock;
   constexpr std::size_t count = kBytes / sizeof(Line);
   constexpr std::uint64_t steps = 4'000'000;
-  const std::unique_ptr<Line, Free> lines(static_cast<Line*>(std::aligned_alloc(kHugePage, kBytes)));
+  const std::unique_ptr<Line, Free> lines(
+      static_cast<Line*>(std::aligned_alloc(kHugePage, kBytes)));
   if (lines == nullptr) return 0;
   ::madvise(lines.get(), kBytes, MADV_HUGEPAGE);
   std::vector<std::uint32_t> order(count);
