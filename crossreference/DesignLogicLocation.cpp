@@ -117,7 +117,7 @@ LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistSta
       m_slr_size(utils::getSLRSize(m_netlist.getPart())),
       m_reading(netlist.reading),
       m_search(netlist),
-      m_match(netlist, text.size() / usualLine) {}
+      m_match(netlist, m_reading.has(Rule::RawLocations) ? text.size() / usualLine : 0) {}
 
 void LogicLocationReader::read() {
   while (m_lines.next()) parse_line();

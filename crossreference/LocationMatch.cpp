@@ -3,11 +3,14 @@
 #include <crossreference/RegisterTies.h>
 #include <crossreference/SignalIndex.h>
 
+#include <algorithm>
+
 namespace XRF_RTL2LL {
 
 LocationMatch::LocationMatch(const NetlistState& state, std::size_t lines)
     : m_state(state), m_search(state), m_claims(&m_memory) {
-  m_claims.reserve(lines);
+  // Whatever the file holds, there are no more than one for each bit.
+  m_claims.reserve(std::min(lines, state.model.bits.size()));
   for (const EdifView view : {RTL, SYNTH}) {
     const Module* top = state.top.at(view);
     const bool named = top != nullptr && top->getName() != nullptr;
