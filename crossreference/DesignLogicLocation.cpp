@@ -16,7 +16,6 @@ namespace XRF_RTL2LL {
 
 namespace {
 
-constexpr std::size_t usualLine = 80;                         // bytes
 constexpr std::size_t prefix = 6;                             // of a site's name, as in SLICE_
 constexpr std::uint64_t mostLevels = Limits().moduleNesting;  // of a name, as of any hierarchy
 
@@ -68,14 +67,16 @@ class LogicLocationReader {
     std::string_view latch;
     std::string_view net;
   };
+  enum class Form { Location, Other, Unusual };
   enum class Outcome { Used, SkippedLatch, SkippedIndex, Unmatched };
 
   void parse_line();
   void openLine();
   bool scan(Location& location);
-  static bool scanPlain(std::string_view line, Location& location);
+  static Form scanPlain(std::string_view line, Location& location);
   bool scanAny(std::string_view line, Location& location) const;
-  Outcome match(const Location& location);
+  void match(const Location& location);
+  void recordMatches();
   void scanRegion(Scan& scan, Location& location) const;
   std::uint32_t slrOf(std::string_view block) const;
   Outcome record(const Location& location);
@@ -117,10 +118,16 @@ LogicLocationReader::LogicLocationReader(Design::State& design, const NetlistSta
       m_slr_size(utils::getSLRSize(m_netlist.getPart())),
       m_reading(netlist.reading),
       m_search(netlist),
-      m_match(netlist, m_reading.has(Rule::RawLocations) ? text.size() / usualLine : 0) {}
+      m_match(netlist) {}
 
 void LogicLocationReader::read() {
-  while (m_lines.next()) parse_line();
+  try {
+    while (m_lines.next()) parse_line();
+  } catch (...) {
+    recordMatches();  // what was read of a failing file counts
+    throw;
+  }
+  recordMatches();
   m_design.locations.used -= m_match.withdrawn();
   m_design.locations.unmatched += m_match.withdrawn();
 }
@@ -150,7 +157,11 @@ void LogicLocationReader::parse_line() {
     return;
   }
   if (!location.hasSlr) location.slr = slrOf(location.block);
-  report(m_reading.has(Rule::RawLocations) ? match(location) : record(location), location.net);
+  if (m_reading.has(Rule::RawLocations)) {
+    match(location);
+  } else {
+    report(record(location), location.net);
+  }
 }
 
 void LogicLocationReader::openLine() {
@@ -159,23 +170,30 @@ void LogicLocationReader::openLine() {
 }
 
 bool LogicLocationReader::scan(Location& location) {
-  if (scanPlain(m_lines.line(), location)) return true;
+  const Form form = scanPlain(m_lines.line(), location);
+  if (form != Form::Unusual) return form == Form::Location;
   location = {};
   openLine();
   return scanAny(m_line, location);
 }
 
 // A line as tools write it. A name with "=" or a blank in it is read in different ways.
-bool LogicLocationReader::scanPlain(std::string_view line, Location& location) {
+LogicLocationReader::Form LogicLocationReader::scanPlain(std::string_view line,
+                                                         Location& location) {
   if (line.ends_with('\r')) line.remove_suffix(1);
   PlainScan scan(line);
   std::uint32_t number = 0;
-  return scan.literal("Bit") && scan.blanks() && scan.number(number) && scan.blanks() &&
-         scan.literal("0x") && scan.hexadecimal(location.frame) && scan.blanks() &&
-         scan.number(location.offset) && scan.blanks() && scan.literal("Block=") &&
-         scan.word(location.block, '=') && scan.blanks() && scan.literal("Latch=") &&
-         scan.word(location.latch, '=') && scan.blanks() && scan.literal("Net=") &&
-         scan.word(location.net, '=') && scan.ended();
+  const bool plain = scan.literal("Bit") && scan.blanks() && scan.number(number) && scan.blanks() &&
+                     scan.literal("0x") && scan.hexadecimal(location.frame) && scan.blanks() &&
+                     scan.number(location.offset) && scan.blanks() && scan.literal("Block=") &&
+                     scan.word(location.block, '=') && scan.blanks();
+  if (!plain) return Form::Unusual;
+  // Bits of memories have no latch. What may be white space is left to the other way.
+  const auto next = static_cast<unsigned char>(scan.peek());
+  if (next > ' ' && next != '=' && next != 'L') return Form::Other;
+  const bool names = scan.literal("Latch=") && scan.word(location.latch, '=') && scan.blanks() &&
+                     scan.literal("Net=") && scan.word(location.net, '=') && scan.ended();
+  return names ? Form::Location : Form::Unusual;
 }
 
 bool LogicLocationReader::scanAny(std::string_view line, Location& location) const {
@@ -215,21 +233,30 @@ void LogicLocationReader::scanRegion(Scan& scan, Location& location) const {
   scan = columns;
 }
 
-LogicLocationReader::Outcome LogicLocationReader::match(const Location& location) {
-  if (!location.isPlace) return Outcome::Unmatched;
+void LogicLocationReader::match(const Location& location) {
+  if (!location.isPlace) {
+    recordMatches();
+    report(Outcome::Unmatched, location.net);
+    return;
+  }
   if (!m_forgot) forgetLocations();
   m_forgot = true;
   const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
-  switch (
-      m_match.record(location.net, {location.frame, location.offset, location.slr}, multiplexer)) {
-    case LocationMatch::Outcome::Used:
-      return Outcome::Used;
-    case LocationMatch::Outcome::SkippedLatch:
-      return Outcome::SkippedLatch;
-    case LocationMatch::Outcome::Unmatched:
-      break;
-  }
-  return Outcome::Unmatched;
+  const StateLocation place{location.frame, location.offset, location.slr};
+  if (!m_match.add({location.net, place, multiplexer})) recordMatches();
+}
+
+void LogicLocationReader::recordMatches() {
+  m_match.record([this](std::string_view net, LocationMatch::Outcome outcome) {
+    switch (outcome) {
+      case LocationMatch::Outcome::Used:
+        return report(Outcome::Used, net);
+      case LocationMatch::Outcome::SkippedLatch:
+        return report(Outcome::SkippedLatch, net);
+      case LocationMatch::Outcome::Unmatched:
+        return report(Outcome::Unmatched, net);
+    }
+  });
 }
 
 // The row of a site, as in SLICE_X3Y140, tells in which super logic region it lies.

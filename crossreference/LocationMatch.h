@@ -1,76 +1,122 @@
 #pragma once
 
+#include <crossreference/LocationClaims.h>
 #include <crossreference/NetlistState.h>
+#include <crossreference/Reading.h>
 #include <crossreference/SignalSearch.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory_resource>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace XRF_RTL2LL {
 
-/// Where a state element lives.
-struct StateLocation {
-  std::uint32_t frame = 0;
-  std::uint32_t offset = 0;
-  std::uint32_t slr = 0;
-
-  bool operator==(const StateLocation& other) const {
-    return frame == other.frame && offset == other.offset && slr == other.slr;
-  }
-};
-
 /// Finds the register bits that the lines of one location file speak of, as extended reading does
-/// it. A wrong location is worse than none, so where two lines disagree about a bit neither counts.
+/// it, and records what they say. Lines are looked up many at a time: the next one mostly speaks of
+/// another end of the design, but among many thousand there are several of each module.
 class LocationMatch {
  public:
   enum class Outcome { Used, SkippedLatch, Unmatched };
+  struct Line {
+    std::string_view net;
+    StateLocation location;
+    bool multiplexer = false;  ///< the latch taps what leaves the slice, which is a register only
+                               ///< where a register drives the net
+  };
 
-  /// Makes room for about so many lines.
-  LocationMatch(const NetlistState& state, std::size_t lines);
+  explicit LocationMatch(const NetlistState& state);
 
-  /// Records a line. `multiplexer` says that the latch taps what leaves the slice, which is a
-  /// register only where a register drives the net.
-  Outcome record(std::string_view net, const StateLocation& location, bool multiplexer);
+  /// Takes a line. False once there are as many as it pays to look up together.
+  bool add(const Line& line);
+  /// Records the lines taken, and calls `visit` with each net and outcome, in their order.
+  template <class Visit>
+  void record(Visit visit);
   /// Lines counted as used before another line overruled or contradicted them.
-  std::uint64_t withdrawn() const { return m_withdrawn; }
+  std::uint64_t withdrawn() const { return m_claims.withdrawn(); }
 
  private:
-  // How sure a bit's location is.
-  struct Claim {
-    StateLocation location;
-    bool faithful;  // found under the name as it stands
-    bool multiplexer;
-    bool disputed;
-    std::uint64_t lines;
-  };
   struct Match {
     Bit* bit = nullptr;
     bool faithful = false;
     bool foundOther = false;  // a net of the name is there, but no register drives it
     bool isApart = false;     // the net has a register's name without being on it
   };
+  // What the last level of a name may mean in a module.
+  struct Local {
+    SignalSearch::Local apart{};
+    SignalSearch::Local whole{};
+    SignalSearch::Local bus{};
+    std::uint32_t index = 0;  // of the bus
+    bool isBit = false;       // so that there is a bus
+    std::string apartText;
+    std::string busText;
+  };
+  // Levels that tools may have made of others, and what they put before the last one.
+  struct Changed {
+    SignalSearch::Path* path;
+    std::string joined;
+  };
+  // The levels above the last one, which "/" ends, by view: what they may mean is worked out as far
+  // as it is asked for.
+  struct Levels {
+    std::string text;
+    bool isNormal = true;
+    std::array<SignalSearch::Path*, 2> path{};
+    std::array<std::optional<LevelChanges>, 2> changes;
+    std::array<std::vector<Changed>, 2> changed;
+  };
+  // A line that waits to be looked up.
+  struct Taken {
+    std::size_t net;  // where its name begins in the text
+    std::size_t size;
+    StateLocation location;
+    bool multiplexer;
+    bool faithful;
+    Bit* bit;
+  };
 
+  std::string_view netOf(const Taken& line) const {
+    return std::string_view(m_text).substr(line.net, line.size);
+  }
+  void findTaken();
+  void forgetLevels();
   Match find(std::string_view net);
-  Match find(std::string_view name, EdifView view);
-  void findChanged(std::string_view name, EdifView view, Match& match);
-  bool findExactly(std::string_view name, EdifView view, Match& match);
+  Match find(EdifView view);
+  void takeApart(std::string_view text);
+  void takeApart(std::string_view text, std::size_t last, Local& local) const;
+  SignalSearch::Path& pathOf(EdifView view);
+  const Changed* changedAt(EdifView view, std::size_t number);
+  bool findChanged(EdifView view, Match& match);
+  Signal* findNormalised(EdifView view);
+  bool findExactly(EdifView view, SignalSearch::Path& path, const Local& local, Match& match);
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
-  Outcome claim(Bit& bit, const Claim& claim);
+  Outcome recordAt(std::size_t at);
 
   const NetlistState& m_state;
   SignalSearch m_search;
+  LocationClaims m_claims;
   std::array<std::string, 2> m_prefix;  // of what is below the top, where there is one
-  std::string m_path;                   // of the module whose signals are looked for
-  std::string m_local;
+  std::string m_text;                   // the names of the lines taken
+  std::vector<Taken> m_lines;
+  std::vector<std::uint64_t> m_order;  // in which they are looked up; a hash above the number
+  // Of the line that is looked up; lines of one module come one after another.
+  Levels m_levels;
+  Local m_local;
+  Local m_joined;  // the last level with what was joined to it
+  std::string m_buffer;
   std::string m_clean;  // the name of a line that is not clean
-  std::pmr::monotonic_buffer_resource m_memory;
-  std::pmr::unordered_map<const Bit*, Claim> m_claims;
-  std::uint64_t m_withdrawn = 0;
 };
+
+template <class Visit>
+void LocationMatch::record(Visit visit) {
+  findTaken();
+  for (std::size_t at = 0; at < m_lines.size(); ++at) visit(netOf(m_lines[at]), recordAt(at));
+  m_lines.clear();
+  m_text.clear();
+}
 
 }  // namespace XRF_RTL2LL

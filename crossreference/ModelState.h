@@ -117,6 +117,8 @@ struct ModelState : std::enable_shared_from_this<ModelState> {
   static const Word* nameOf(const Signal* signal) { return signal->m_name; }
   static const Word* nameOf(const Module* module) { return module->m_name; }
   static const Word* definitionOf(const Module* module) { return module->m_def_name; }
+  /// Where a live bit stands among all bits.
+  static std::size_t placeOf(const Bit& bit) { return bit.m_place; }
   /// Whether a signal's full name finds another one in every view that had it.
   static bool lostName(const Signal& signal) { return signal.m_dropped && signal.m_held == 0; }
 

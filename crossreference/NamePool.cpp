@@ -61,7 +61,11 @@ const Word* NamePool::find(std::string_view name) const {
   for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
     const Slot slot = m_slots[at];
     if (slot.place == freeSlot) return nullptr;
-    if (slot.hash == hash && wordAt(slot.place).view() == name) return &wordAt(slot.place);
+    if (slot.hash != hash) continue;
+    const Word& word = wordAt(slot.place);
+    if (word.size() == name.size() && sameText(word.c_str(), name.data(), name.size())) {
+      return &word;
+    }
   }
 }
 

@@ -14,13 +14,37 @@ constexpr std::int64_t highestIndex = Limits().signalIndex;
 // What a name with more levels may be called would fill memory; it is looked for as it stands.
 constexpr std::size_t mostLevels = Limits().moduleNesting;
 
-bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; }
+constexpr bool isControl(char byte) {
+  return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f';
+}
 
 // What implementation tools make "_" of.
-bool isCleanedAway(char byte) { return byte == '[' || byte == ']' || byte == '.' || byte == '$'; }
+constexpr bool isCleanedAway(char byte) {
+  return byte == '[' || byte == ']' || byte == '.' || byte == '$';
+}
 
 // What the file format has a use of its own for.
-bool isUnclean(char byte) { return isBlank(byte) || byte == '(' || byte == ')' || isControl(byte); }
+constexpr bool isUnclean(char byte) {
+  return byte == ' ' || byte == '(' || byte == ')' || isControl(byte);
+}
+
+// Names are long and many, so that what their bytes are is looked up.
+enum ByteClass : std::uint8_t { CleanedAway = 1, Unclean = 2 };
+constexpr std::array<std::uint8_t, 256> byteClasses = [] {
+  std::array<std::uint8_t, 256> classes{};
+  for (std::size_t at = 0; at < classes.size(); ++at) {
+    const char byte = static_cast<char>(static_cast<unsigned char>(at));
+    if (isCleanedAway(byte)) classes[at] |= CleanedAway;
+    if (isUnclean(byte)) classes[at] |= Unclean;
+  }
+  return classes;
+}();
+
+bool hasNone(std::string_view name, ByteClass unwanted) {
+  unsigned met = 0;
+  for (const char byte : name) met |= byteClasses[static_cast<unsigned char>(byte)];
+  return (met & unwanted) == 0;
+}
 
 bool isNumber(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
@@ -29,9 +53,13 @@ bool isNumber(std::string_view text) {
 // A decimal number that can be an index.
 bool toIndex(std::string_view text, std::uint32_t& index) {
   std::int64_t number = 0;
-  if (!isNumber(text) || !Scan(text).integer(number) || number > highestIndex) return false;
+  for (const char byte : text) {
+    if (!isDigit(byte)) return false;
+    number = number * 10 + (byte - '0');
+    if (number > highestIndex) return false;
+  }
   index = static_cast<std::uint32_t>(number);
-  return true;
+  return !text.empty();
 }
 
 bool isField(std::string_view text) {
@@ -193,10 +221,25 @@ NamedBits decodeBit(std::string_view name) {
   return decodeGroups(groups.base, groups);
 }
 
-bool splitBit(std::string_view name, std::string_view& bus, std::uint32_t& index) {
+bool splitBit(std::string_view name, std::string& buffer, std::string_view& bus,
+              std::uint32_t& index) {
   bus = name;
+  std::string_view last;
   std::string_view group;
-  return takeGroup(bus, group) && bus.back() != ']' && toIndex(group, index);
+  while (takeGroup(bus, group)) last = last.empty() ? group : last;
+  if (last.empty() || bus.back() == ']' || isNegative(last) || isRange(last)) return false;
+  const bool isBit = isNumber(last);
+  index = 0;
+  if (isBit && !toIndex(last, index)) return false;
+  const std::size_t groups = name.size() - bus.size() - (isBit ? last.size() + 2 : 0);
+  if (groups == 0) return true;
+  buffer = name.substr(0, bus.size() + groups);
+  for (std::size_t at = bus.size(); at < buffer.size(); ++at) {
+    if (buffer[at] == '[') buffer[at] = '<';
+    if (buffer[at] == ']') buffer[at] = '>';
+  }
+  bus = buffer;
+  return true;
 }
 
 PortRange decodeArray(std::string_view name, std::uint32_t width) {
@@ -215,7 +258,7 @@ PortRange decodeArray(std::string_view name, std::uint32_t width) {
   return range;
 }
 
-bool isClean(std::string_view name) { return std::none_of(name.begin(), name.end(), isUnclean); }
+bool isClean(std::string_view name) { return hasNone(name, Unclean); }
 
 std::string cleaned(std::string_view name) {
   std::string clean(name);
@@ -234,9 +277,7 @@ bool holdsState(std::string_view cell) {
 
 void normalise(std::string& name) { std::replace_if(name.begin(), name.end(), isCleanedAway, '_'); }
 
-bool isNormal(std::string_view name) {
-  return std::none_of(name.begin(), name.end(), isCleanedAway);
-}
+bool isNormal(std::string_view name) { return hasNone(name, CleanedAway); }
 
 std::string normalised(std::string name) {
   normalise(name);

@@ -72,9 +72,10 @@ bool namesRegister(std::string_view instance);
 /// The bus bit that a net's or bit port's name ends in; not valid for a name without an index.
 NamedBits decodeBit(std::string_view name);
 
-/// The same for a name of one group that is a number, which nearly all have: true with the bus and
-/// the index; false leaves it to `decodeBit`.
-bool splitBit(std::string_view name, std::string_view& bus, std::uint32_t& index);
+/// The same without making strings for it: whether there is one, with the signal and the index. The
+/// signal's name lies in `name` or in the buffer.
+bool splitBit(std::string_view name, std::string& buffer, std::string_view& bus,
+              std::uint32_t& index);
 
 /// Name and declared range of a port array.
 struct PortRange {
@@ -126,6 +127,8 @@ class LevelChanges {
   /// False when there is none left.
   bool next();
   const ChangedLevels& current() const { return m_current; }
+  /// Leaves none.
+  void stop() { m_next = Next::None; }
 
  private:
   enum class Next { Clean, Join, None };

@@ -2,27 +2,36 @@
 
 namespace XRF_RTL2LL {
 
-Signal* SignalSearch::find(EdifView view, std::string_view path, std::string_view local) {
-  if (!m_state.isPlain()) {
-    std::string name(path);
-    name += '/';
-    return m_state.signals[view].find(name += local);
-  }
-  const Word* word = m_state.model.names.find(local);
-  const Module* module = word == nullptr ? nullptr : moduleOf(view, path);
-  return module == nullptr ? nullptr : m_state.signals[view].find(*module, word);
+Signal* SignalSearch::find(EdifView view, std::string_view name) {
+  const std::size_t slash = name.rfind('/');
+  if (slash == std::string_view::npos) return m_state.signals[view].find(name);
+  return find(view, path(name.substr(0, slash)), local(name.substr(slash + 1)));
 }
 
-const Module* SignalSearch::moduleOf(EdifView view, std::string_view path) {
-  if (m_last == nullptr || m_last->first != path) {
-    auto found = m_modules.find(path);
-    if (found == m_modules.end()) found = m_modules.emplace(path, Modules()).first;
+Signal* SignalSearch::find(EdifView view, Path& path, const Local& local) {
+  if (!m_state.isPlain()) {
+    std::string name(path.first);
+    name += '/';
+    return m_state.signals[view].find(name += local.text);
+  }
+  const Module* module = local.word == nullptr ? nullptr : moduleOf(view, path);
+  return module == nullptr ? nullptr : m_state.signals[view].find(*module, local.word);
+}
+
+SignalSearch::Path& SignalSearch::path(std::string_view text) {
+  if (m_last == nullptr || m_last->first != text) {
+    auto found = m_modules.find(text);
+    if (found == m_modules.end()) found = m_modules.emplace(text, Modules()).first;
     m_last = &*found;
   }
-  Modules& modules = m_last->second;
+  return *m_last;
+}
+
+const Module* SignalSearch::moduleOf(EdifView view, Path& path) const {
+  Modules& modules = path.second;
   if (!modules.known[view]) {
     modules.known[view] = true;
-    modules.module[view] = m_state.modules[view].find(path);
+    modules.module[view] = m_state.modules[view].find(path.first);
   }
   return modules.module[view];
 }

@@ -14,19 +14,6 @@ namespace XRF_RTL2LL {
 /// after another and mostly in vain: a local name that no signal has costs next to nothing, and
 /// modules are remembered.
 class SignalSearch {
- public:
-  explicit SignalSearch(const NetlistState& state) : m_state(state) {}
-
-  /// Null where there is none.
-  Signal* find(EdifView view, std::string_view name) {
-    const std::size_t slash = name.rfind('/');
-    if (slash == std::string_view::npos) return m_state.signals[view].find(name);
-    return find(view, name.substr(0, slash), name.substr(slash + 1));
-  }
-  /// The same for a name whose last level is given apart.
-  Signal* find(EdifView view, std::string_view path, std::string_view local);
-  bool hasModule(EdifView view, std::string_view path) { return moduleOf(view, path) != nullptr; }
-
  private:
   struct Hash {
     using is_transparent = void;
@@ -41,11 +28,39 @@ class SignalSearch {
   };
   using ModulesByPath = std::unordered_map<std::string, Modules, Hash, std::equal_to<>>;
 
-  const Module* moduleOf(EdifView view, std::string_view path);
+ public:
+  /// All levels of a name but the last, with what is known of them.
+  using Path = ModulesByPath::value_type;
+  /// The last level of a name.
+  struct Local {
+    std::string_view text;
+    const Word* word;
+  };
+
+  explicit SignalSearch(const NetlistState& state) : m_state(state) {}
+
+  /// Null where there is none.
+  Signal* find(EdifView view, std::string_view name);
+  /// The same for a name in two parts, either of which can be asked for more than once.
+  Signal* find(EdifView view, Path& path, const Local& local);
+  /// Lives until the search forgets.
+  Path& path(std::string_view text);
+  /// Tells of the text.
+  Local local(std::string_view text) const { return {text, m_state.model.names.find(text)}; }
+  /// Gives back the memory of all paths.
+  void forget() {
+    m_modules.clear();
+    m_last = nullptr;
+  }
+  bool hasModule(EdifView view, Path& path) const { return moduleOf(view, path) != nullptr; }
+  bool hasModule(EdifView view, std::string_view name) { return hasModule(view, path(name)); }
+
+ private:
+  const Module* moduleOf(EdifView view, Path& path) const;
 
   const NetlistState& m_state;
   ModulesByPath m_modules;
-  ModulesByPath::value_type* m_last = nullptr;  // what was asked for last
+  Path* m_last = nullptr;  // what was asked for last
 };
 
 }  // namespace XRF_RTL2LL

@@ -348,6 +348,33 @@ TEST_F(ExtendedRulesTest, LinesThatContradictEachOtherCountForNothing) {
   EXPECT_EQ(subject.locationReport().unmatched, 2U);
 }
 
+TEST_F(ExtendedRulesTest, UnmatchedNamesAreToldInTheOrderOfTheirLines) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  locate({"u1/x", "u0/y", "a", "z", "u1/a", "a", "u0/(b", "u1/c"});
+  EXPECT_THAT(subject.locationReport().unmatchedNames,
+              ElementsAre("u1/x", "u0/y", "z", "u1/a", "a", "u0/(b", "u1/c"));
+  EXPECT_EQ(subject.locationReport().unmatched, 8U);
+}
+
+TEST_F(ExtendedRulesTest, LinesFarApartAreHeldAgainstEachOther) {
+  readDesign(elaborated({"a_reg", "b_reg", "c_reg"}),
+             registers("FDRE", {{"a_reg", "a"}, {"b_reg", "b"}, {"c_reg", "c"}}));
+  const auto line = [](const std::string& net, int offset) {
+    return "Bit 5 0x00000010 " + std::to_string(offset) + " Block=SLICE_X1Y2 Latch=AQ Net=" + net +
+           "\n";
+  };
+  std::string text = line("a", 1) + line("b", 2) + line("b", 2) + line("c", 3);
+  constexpr unsigned between = 600'000;
+  for (unsigned at = 0; at < between; ++at) text += line("u/x", 4);
+  readLocations(text + line("a", 5) + line("b", 2));
+  EXPECT_EQ(at("a"), "unknown");
+  EXPECT_EQ(at("b"), "2");
+  EXPECT_EQ(at("c"), "3");
+  EXPECT_EQ(subject.locationReport().lines, between + 6U);
+  EXPECT_EQ(subject.locationReport().used, 4U);
+  EXPECT_EQ(subject.locationReport().unmatched, between + 2U);
+}
+
 TEST_F(ExtendedRulesTest, RegistersOfSeveralBitsMeetThoseOfOne) {
   const std::string wide = id();
   readDesign(instance(renamed(wide, "q_reg[7:4]"), "RTL_wide_fd"),

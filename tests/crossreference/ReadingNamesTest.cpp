@@ -155,6 +155,12 @@ const char* const kNames[] = {"",
                               "r_reg[t][v]",
                               "x_reg[7:4]",
                               "x_reg[-1]",
+                              "x[-1][2]",
+                              "x[1][t][03]",
+                              "x[1][3:2]",
+                              "x[1][99999999999]",
+                              "x][1][2]",
+                              "u/x[1][t]",
                               "x_reg[99999999999]",
                               "x[]",
                               "[3]",
@@ -178,14 +184,14 @@ TEST(ReadingNamesTest, ShortQuestionAgreesWithDecodingARegister) {
 TEST(ReadingNamesTest, SplittingABitAgreesWithDecodingIt) {
   unsigned split = 0;
   for (const char* name : kNames) {
+    std::string buffer;
     std::string_view bus;
     std::uint32_t index = 0;
-    if (!splitBit(name, bus, index)) continue;
     const NamedBits bit = decodeBit(name);
-    EXPECT_TRUE(bit.valid) << name;
-    EXPECT_EQ(bit.signal, bus);
-    EXPECT_EQ(bit.lsb, index);
-    EXPECT_EQ(bit.msb, index);
+    ASSERT_EQ(splitBit(name, buffer, bus, index), bit.valid) << name;
+    if (!bit.valid) continue;
+    EXPECT_EQ(bus, bit.signal) << name;
+    EXPECT_EQ(index, bit.lsb) << name;
     ++split;
   }
   EXPECT_GE(split, 3U);
