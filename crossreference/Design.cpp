@@ -86,7 +86,8 @@ bool Design::cleans() const { return m_state->netlist->m_state->reading.has(Rule
 
 int Design::initializeBits() {
   const DesignUse use(m_state->model);
-  for (Bit* bit : Bit::getAllBits()) bit->setValueStr("z");
+  const std::string text = "z";
+  for (Bit* bit : Bit::getAllBits()) bit->setValueStr(text);
   return 0;
 }
 

@@ -103,7 +103,6 @@ int order(const Keyed& a, const Keyed& b) {
 template <class T>
 void sort(Keyed* first, Keyed* last) {
   const auto less = [](const Keyed& a, const Keyed& b) { return order<T>(a, b) < 0; };
-  // Sets are mostly read and written in the order of their names.
   if (std::is_sorted(first, last, less)) return;
   constexpr std::ptrdiff_t few = 12;
   if (last - first > few) {
@@ -118,9 +117,10 @@ void sort(Keyed* first, Keyed* last) {
   }
 }
 
-// Objects and their names may be all over memory, so they are asked for ahead of their turn.
-template <class T>
-void keyAll(std::span<const std::uintptr_t> slots, Keyed* keys) {
+// Calls `visit` with each position until it returns false. Objects and their names may be all over
+// memory, so they are asked for ahead of their turn.
+template <class T, class Visit>
+void eachAhead(std::span<const std::uintptr_t> slots, Visit visit) {
   constexpr std::size_t objectsAhead = 16;
   constexpr std::size_t namesAhead = 8;
   for (std::size_t at = 0; at < slots.size(); ++at) {
@@ -130,19 +130,32 @@ void keyAll(std::span<const std::uintptr_t> slots, Keyed* keys) {
     if (at + namesAhead < slots.size()) {
       __builtin_prefetch(ModelState::nameOf(object<T>(slots[at + namesAhead])));
     }
-    keys[at] = keyed<T>(slots[at]);
+    if (!visit(at)) return;
   }
+}
+
+// Whether the slots are in order, no two of them under one name.
+template <class T>
+bool areInOrder(std::span<const std::uintptr_t> slots) {
+  Keyed last{};
+  bool inOrder = true;
+  eachAhead<T>(slots, [&](std::size_t at) {
+    const Keyed next = keyed<T>(slots[at]);
+    inOrder = at == 0 || order<T>(last, next) < 0;
+    last = next;
+    return inOrder;
+  });
+  return inOrder;
 }
 
 // Puts the slots in order and marks those that are listed.
 template <class T>
 void arrange(detail::Members& set, Keyed* scratch, bool drop) {
-  if (set.count == 1) {
-    set.slots[0] &= ~unlisted;
-    set.listed = 1;
-    return;
-  }
-  keyAll<T>({set.slots, set.count}, scratch);
+  const std::span<const std::uintptr_t> slots(set.slots, set.count);
+  eachAhead<T>(slots, [&](std::size_t at) {
+    scratch[at] = keyed<T>(slots[at]);
+    return true;
+  });
   sort<T>(scratch, scratch + set.count);
   std::uint32_t kept = 0;
   const Keyed* last = nullptr;
@@ -220,6 +233,12 @@ template <class T>
 void settle(detail::Members& set, bool drop) {
   if (set.settled) return;
   set.settled = true;
+  // A module's are mostly read and written in the order of their names.
+  if (set.count < 2 || (!drop && areInOrder<T>({set.slots, set.count}))) {
+    for (std::uint32_t at = 0; at < set.count; ++at) set.slots[at] &= ~unlisted;
+    set.listed = set.count;
+    return;
+  }
   constexpr std::uint32_t few = 16;
   if (set.count <= few) {
     std::array<Keyed, few> scratch;

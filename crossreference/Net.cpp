@@ -11,7 +11,9 @@ void* Net::operator new(std::size_t size) {
   return ModelState::current().arena.allocate(std::max(size, sizeof(Net)));
 }
 
-Net::Net() : m_id(ModelState::current().nextNetId++) { ModelState::current().nets.add(this); }
+Net::Net() : Net(ModelState::current()) {}
+
+Net::Net(ModelState& model) : m_id(model.nextNetId++) { model.nets.add(this); }
 
 unsigned int Net::getId() const { return m_id; }
 

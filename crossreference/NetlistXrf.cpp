@@ -702,7 +702,9 @@ void XrfReader::declareBits(std::uint32_t count) {
 void XrfReader::declareNets(std::uint32_t count) {
   checkDeclared(m_declared_nets, count, "nets");
   m_nets = static_cast<Net*>(m_state.model.arena.allocate(count * sizeof(Net)));
-  for (m_net_count = 0; m_net_count < count; ++m_net_count) new (m_nets + m_net_count) Net;
+  for (m_net_count = 0; m_net_count < count; ++m_net_count) {
+    new (m_nets + m_net_count) Net(m_state.model);
+  }
 }
 
 }  // namespace XRF_RTL2LL

@@ -192,6 +192,8 @@ class XRF_API Net {
   template <class T>
   friend class Registry;
 
+  explicit Net(ModelState& model);
+
   mutable detail::Members m_signals;
   std::uint32_t m_id;
   bool m_enabled = false;
