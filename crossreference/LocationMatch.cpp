@@ -2,7 +2,6 @@
 #include <crossreference/Reading.h>
 #include <crossreference/RegisterTies.h>
 #include <crossreference/SignalIndex.h>
-#include <support/WordBytes.h>
 
 #include <algorithm>
 
@@ -11,7 +10,7 @@ namespace XRF_RTL2LL {
 namespace {
 
 // Lines of one module stand near one another among so many, even in a large design.
-constexpr std::size_t mostTaken = std::size_t{1} << 18;
+constexpr std::size_t mostTaken = std::size_t{1} << 16;
 // How many lines ahead a bit is asked for.
 constexpr std::size_t ahead = 16;
 
@@ -33,22 +32,100 @@ bool LocationMatch::add(const Line& line) {
   return m_lines.size() < mostTaken;
 }
 
-// Lines of one module are looked up one after another, and those of one name in their order.
-void LocationMatch::findTaken() {
+// As the registry of modules has it.
+std::uint32_t LocationMatch::hashOfPath(std::string_view net) const {
+  const std::string_view prefix = m_prefix[SYNTH];
+  const std::size_t slash = net.rfind('/');
+  const bool isTop = slash == std::string_view::npos;
+  const std::uint64_t top = extendHash(emptyHash, prefix.substr(0, prefix.size() - 1));
+  return finishHash(isTop ? top : extendHash(extendHash(top, "/"), net.substr(0, slash)));
+}
+
+// Lines of one module come one after another, and those of one name in their order.
+void LocationMatch::sortTaken() {
   m_order.clear();
   for (std::size_t at = 0; at < m_lines.size(); ++at) {
-    const std::string_view net = netOf(m_lines[at]);
-    const std::uint64_t path = hashText(net.substr(0, net.rfind('/') + 1));
-    m_order.push_back(path << 32 | at);
+    m_order.push_back(std::uint64_t{hashOfPath(netOf(m_lines[at]))} << 32 | at);
   }
   std::sort(m_order.begin(), m_order.end());
-  for (const std::uint64_t entry : m_order) {
-    Taken& line = m_lines[static_cast<std::uint32_t>(entry)];
-    const Match match = find(netOf(line));
-    line.bit = match.bit;
-    line.faithful = match.faithful;
+}
+
+void LocationMatch::findTaken() {
+  sortTaken();
+  for (std::size_t at = 0; at < m_order.size();) {
+    const std::size_t count = takeRow(at);
+    lookAtRow(count);
+    for (std::size_t number = 0; number < count; ++number, ++at) {
+      const Match match = find(m_row[number]);
+      Taken& line = m_lines[numberOf(at)];
+      line.bit = match.bit;
+      line.faithful = match.faithful;
+    }
   }
   forgetLevels();
+}
+
+// Lines and modules are all over memory, so those to come are asked for step by step.
+void LocationMatch::askAhead(std::size_t at) const {
+  constexpr std::size_t distance = 16;
+  if (at + 2 * distance < m_order.size()) __builtin_prefetch(&orderedLine(at + 2 * distance));
+  if (at + distance < m_order.size()) {
+    __builtin_prefetch(m_text.data() + orderedLine(at + distance).net);
+  }
+  const auto hashAt = [&](std::size_t line) {
+    return static_cast<std::uint32_t>(m_order[line] >> 32);
+  };
+  for (std::size_t step = 0; step < ModuleRegistry::steps; ++step) {
+    const std::size_t line = at + (ModuleRegistry::steps - step) * distance;
+    if (line < m_order.size() && hashAt(line) != hashAt(line - 1)) {
+      m_state.modules[SYNTH].prefetch(hashAt(line), step);
+    }
+  }
+}
+
+// Takes as many lines of one module as the row has room for.
+std::size_t LocationMatch::takeRow(std::size_t at) {
+  std::size_t count = 0;
+  for (; count < m_row.size() && at + count < m_order.size(); ++count) {
+    Local& local = m_row[count];
+    std::string_view net = netOf(orderedLine(at + count));
+    if (!isClean(net)) net = local.clean = cleaned(net);
+    const std::size_t last = net.rfind('/') + 1;
+    const std::string_view levels = net.substr(0, last);
+    if (m_levels.text != levels) {
+      if (count > 0) break;
+      m_levels = {};
+      m_levels.text = levels;
+      m_levels.isNormal = isNormal(levels);
+    }
+    askAhead(at + count);
+    takeApart(net, last, local);
+  }
+  return count;
+}
+
+// Looks at the signals and bits that the lines most likely mean, so that the waits for their memory
+// overlap.
+void LocationMatch::lookAtRow(std::size_t count) {
+  if (m_prefix[SYNTH].empty()) return;
+  SignalSearch::Path& path = pathOf(SYNTH);
+  std::array<const BitRef*, std::tuple_size_v<decltype(m_row)>> refs{};
+  for (std::size_t at = 0; at < count; ++at) {
+    Local& local = m_row[at];
+    local.normalised.reset();
+    local.found = lookUp(SYNTH, path, local);
+    const auto& [apart, whole, bus] = local.found;
+    const Signal* signal = apart != nullptr ? apart : whole != nullptr ? whole : bus;
+    const std::uint32_t index = signal != nullptr && signal == bus ? local.index : 0;
+    if (signal == nullptr && m_levels.isNormal) {
+      local.normalised = signal = findNormalised(SYNTH, local);
+    }
+    if (signal != nullptr) refs[at] = refAt(*signal, index);
+    __builtin_prefetch(refs[at]);
+  }
+  for (std::size_t at = 0; at < count; ++at) {
+    if (refs[at] != nullptr) static_cast<void>(refs[at]->getBit());
+  }
 }
 
 // What was found out about modules would fill memory, were it kept for all lines of any file.
@@ -74,17 +151,6 @@ LocationMatch::Outcome LocationMatch::recordAt(std::size_t at) {
   return Outcome::Unmatched;
 }
 
-void LocationMatch::takeApart(std::string_view text) {
-  const std::size_t last = text.rfind('/') + 1;
-  const std::string_view levels = text.substr(0, last);
-  if (m_levels.text != levels) {
-    m_levels = {};
-    m_levels.text = levels;
-    m_levels.isNormal = isNormal(levels);
-  }
-  takeApart(text, last, m_local);
-}
-
 // What stands before the last level counts only in so far as something does.
 void LocationMatch::takeApart(std::string_view text, std::size_t last, Local& local) const {
   const std::string_view whole = text.substr(last);
@@ -108,16 +174,25 @@ SignalSearch::Path& LocationMatch::pathOf(EdifView view) {
   return *path;
 }
 
-// Looks for the register that drives a net of the name; true when there is one. All that the name
-// may mean differs in the last level alone, so it is one module's.
+LocationMatch::Found LocationMatch::lookUp(EdifView view, SignalSearch::Path& path,
+                                           const Local& local) const {
+  Found found;
+  found.apart = m_search.find(view, path, local.apart);
+  if (found.apart == nullptr) found.whole = m_search.find(view, path, local.whole);
+  const bool wantsBus = local.isBit && found.apart == nullptr && found.whole == nullptr;
+  if (wantsBus) found.bus = m_search.find(view, path, local.bus);
+  return found;
+}
+
+// Tells whether a register drives a net of the name. All that the name may mean differs in the last
+// level alone, so it is one module's.
 bool LocationMatch::findExactly(EdifView view, SignalSearch::Path& path, const Local& local,
-                                Match& match) {
+                                const Found& found, Match& match) const {
   // A net that has the name of a register which is not on it is kept under a name of its own.
-  const Signal* apart = m_search.find(view, path, local.apart);
-  match.isApart = apart != nullptr;
-  if (match.isApart) return accept(*apart, 0, match);
-  const Signal* whole = m_search.find(view, path, local.whole);
-  if (whole != nullptr && accept(*whole, 0, match)) return true;
+  match.isApart = found.apart != nullptr;
+  if (match.isApart) return accept(*found.apart, 0, match);
+  if (found.whole == nullptr) return found.bus != nullptr && accept(*found.bus, local.index, match);
+  if (accept(*found.whole, 0, match)) return true;
   const Signal* bus = local.isBit ? m_search.find(view, path, local.bus) : nullptr;
   return bus != nullptr && accept(*bus, local.index, match);
 }
@@ -133,14 +208,17 @@ bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& mat
   return true;
 }
 
-LocationMatch::Match LocationMatch::find(EdifView view) {
+LocationMatch::Match LocationMatch::find(EdifView view, const Local& local) {
   Match match;
   if (m_prefix.at(view).empty()) return match;
-  match.faithful = findExactly(view, pathOf(view), m_local, match);
+  SignalSearch::Path& path = pathOf(view);
+  match.faithful = findExactly(view, path, local,
+                               view == SYNTH ? local.found : lookUp(view, path, local), match);
   if (match.faithful || match.isApart) return match;
-  if (findChanged(view, match)) return match;
+  if (findChanged(view, local, match)) return match;
   // Netlists whose identifiers are the only names hold each bit as a signal of its own.
-  const Signal* signal = findNormalised(view);
+  const bool known = view == SYNTH && local.normalised;
+  const Signal* signal = known ? *local.normalised : findNormalised(view, local);
   const BitRef* ref = signal == nullptr ? nullptr : refAt(*signal, 0);
   // Where names are printable, a register of the changed name is another one.
   const bool another = ref != nullptr && m_state.renamed.at(view) && RegisterTies::isTied(*ref);
@@ -176,42 +254,40 @@ const LocationMatch::Changed* LocationMatch::changedAt(EdifView view, std::size_
 }
 
 // Looks for the register under the names that changes of its levels may have made.
-bool LocationMatch::findChanged(EdifView view, Match& match) {
+bool LocationMatch::findChanged(EdifView view, const Local& local, Match& match) {
   for (std::size_t at = 0; const Changed* changed = changedAt(view, at); ++at) {
-    const Local* local = &m_local;
+    const Local* meant = &local;
     if (!changed->joined.empty()) {
       m_buffer = '/';
       m_buffer += changed->joined;
-      m_buffer += m_local.whole.text;
+      m_buffer += local.whole.text;
       takeApart(m_buffer, 1, m_joined);
-      local = &m_joined;
+      meant = &m_joined;
     }
-    if (findExactly(view, *changed->path, *local, match)) return true;
+    SignalSearch::Path& path = *changed->path;
+    if (findExactly(view, path, *meant, lookUp(view, path, *meant), match)) return true;
   }
   return false;
 }
 
-Signal* LocationMatch::findNormalised(EdifView view) {
+const Signal* LocationMatch::findNormalised(EdifView view, const Local& local) {
   if (m_levels.isNormal && isNormal(m_prefix.at(view))) {
     SignalSearch::Path& path = pathOf(view);
-    m_buffer = m_local.whole.text;
+    m_buffer = local.whole.text;
     normalise(m_buffer);
     return m_search.find(view, path, m_search.local(m_buffer));
   }
   m_buffer = m_prefix.at(view);
   m_buffer += m_levels.text;
-  m_buffer += m_local.whole.text;
+  m_buffer += local.whole.text;
   normalise(m_buffer);
   return m_search.find(view, m_buffer);
 }
 
-LocationMatch::Match LocationMatch::find(std::string_view net) {
-  const bool clean = isClean(net);
-  if (!clean) m_clean = cleaned(net);
-  takeApart(clean ? net : std::string_view(m_clean));
-  Match match = find(SYNTH);
+LocationMatch::Match LocationMatch::find(const Local& local) {
+  const Match match = find(SYNTH, local);
   if (match.bit != nullptr || match.foundOther) return match;
-  return find(RTL);
+  return find(RTL, local);
 }
 
 }  // namespace XRF_RTL2LL

@@ -45,6 +45,12 @@ class LocationMatch {
     bool foundOther = false;  // a net of the name is there, but no register drives it
     bool isApart = false;     // the net has a register's name without being on it
   };
+  // What a module has of the names that a line may mean.
+  struct Found {
+    const Signal* apart = nullptr;
+    const Signal* whole = nullptr;
+    const Signal* bus = nullptr;  // looked for where there is nothing of the whole name
+  };
   // What the last level of a name may mean in a module.
   struct Local {
     SignalSearch::Local apart{};
@@ -54,6 +60,10 @@ class LocationMatch {
     bool isBit = false;       // so that there is a bus
     std::string apartText;
     std::string busText;
+    std::string clean;  // the name of a line that is not clean
+    // What the synthesized view has of it, once it was looked at.
+    Found found;
+    std::optional<const Signal*> normalised;
   };
   // Levels that tools may have made of others, and what they put before the last one.
   struct Changed {
@@ -82,17 +92,25 @@ class LocationMatch {
   std::string_view netOf(const Taken& line) const {
     return std::string_view(m_text).substr(line.net, line.size);
   }
+  void sortTaken();
   void findTaken();
+  void askAhead(std::size_t at) const;
+  std::size_t takeRow(std::size_t at);
+  void lookAtRow(std::size_t count);
   void forgetLevels();
-  Match find(std::string_view net);
-  Match find(EdifView view);
-  void takeApart(std::string_view text);
+  std::uint32_t hashOfPath(std::string_view net) const;
+  std::uint32_t numberOf(std::size_t at) const { return static_cast<std::uint32_t>(m_order[at]); }
+  const Taken& orderedLine(std::size_t at) const { return m_lines[numberOf(at)]; }
+  Match find(const Local& local);
+  Match find(EdifView view, const Local& local);
   void takeApart(std::string_view text, std::size_t last, Local& local) const;
   SignalSearch::Path& pathOf(EdifView view);
   const Changed* changedAt(EdifView view, std::size_t number);
-  bool findChanged(EdifView view, Match& match);
-  Signal* findNormalised(EdifView view);
-  bool findExactly(EdifView view, SignalSearch::Path& path, const Local& local, Match& match);
+  bool findChanged(EdifView view, const Local& local, Match& match);
+  const Signal* findNormalised(EdifView view, const Local& local);
+  Found lookUp(EdifView view, SignalSearch::Path& path, const Local& local) const;
+  bool findExactly(EdifView view, SignalSearch::Path& path, const Local& local, const Found& found,
+                   Match& match) const;
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome recordAt(std::size_t at);
 
@@ -103,12 +121,11 @@ class LocationMatch {
   std::string m_text;                   // the names of the lines taken
   std::vector<Taken> m_lines;
   std::vector<std::uint64_t> m_order;  // in which they are looked up; a hash above the number
-  // Of the line that is looked up; lines of one module come one after another.
+  // Of the lines that are looked up: one module's, one after another.
   Levels m_levels;
-  Local m_local;
+  std::array<Local, 32> m_row;
   Local m_joined;  // the last level with what was joined to it
   std::string m_buffer;
-  std::string m_clean;  // the name of a line that is not clean
 };
 
 template <class Visit>

@@ -1,6 +1,7 @@
 #include <crossreference/MemberSet.h>
 #include <crossreference/ModelState.h>
 #include <crossreference/NameRegistry.h>
+#include <support/Prefetch.h>
 
 #include <algorithm>
 #include <utility>
@@ -150,6 +151,22 @@ Module* ModuleRegistry::enter(Module* module) {
 
 void ModuleRegistry::prefetch(std::string_view name) const {
   m_names.prefetch(m_hash.ofSibling(name));
+}
+
+void ModuleRegistry::prefetch(std::uint32_t hash, std::size_t step) const {
+  if (step == 0) return m_names.prefetch(hash);
+  const RegisteredName<Module>* met = m_names.candidate(hash);
+  if (met == nullptr) return;
+  if (step == 1) return __builtin_prefetch(met);
+  const Module* module = met->object;
+  if (step == 2) {
+    prefetchWhole(module->m_name);
+    prefetchWhole(module->m_signals);
+    return __builtin_prefetch(met->path);
+  }
+  __builtin_prefetch(module->m_name);
+  __builtin_prefetch(module->m_signals.slots);
+  if (module->m_signals.count > members::unindexed) __builtin_prefetch(module->m_signals.index);
 }
 
 Module* ModuleRegistry::find(const NameKey& key) const {

@@ -134,6 +134,10 @@ class ModuleRegistry {
   }
   /// Fetches the memory that entering a module of a name beside the last one will need.
   void prefetch(std::string_view name) const;
+  /// Fetches what finding a module of a full name's hash will need, and then a signal of it: what
+  /// one step fetches tells where that of the next one is.
+  static constexpr std::size_t steps = 4;
+  void prefetch(std::uint32_t hash, std::size_t step) const;
 
  private:
   friend class SignalRegistry;

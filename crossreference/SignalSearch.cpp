@@ -8,7 +8,7 @@ Signal* SignalSearch::find(EdifView view, std::string_view name) {
   return find(view, path(name.substr(0, slash)), local(name.substr(slash + 1)));
 }
 
-Signal* SignalSearch::find(EdifView view, Path& path, const Local& local) {
+Signal* SignalSearch::find(EdifView view, Path& path, const Local& local) const {
   if (!m_state.isPlain()) {
     std::string name(path.first);
     name += '/';

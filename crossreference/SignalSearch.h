@@ -42,7 +42,7 @@ class SignalSearch {
   /// Null where there is none.
   Signal* find(EdifView view, std::string_view name);
   /// The same for a name in two parts, either of which can be asked for more than once.
-  Signal* find(EdifView view, Path& path, const Local& local);
+  Signal* find(EdifView view, Path& path, const Local& local) const;
   /// Lives until the search forgets.
   Path& path(std::string_view text);
   /// Tells of the text.
