@@ -243,7 +243,7 @@ void LogicLocationReader::match(const Location& location) {
   m_forgot = true;
   const bool multiplexer = location.latch.size() > 1 && location.latch[1] == 'M';
   const StateLocation place{location.frame, location.offset, location.slr};
-  if (!m_match.add({location.net, place, multiplexer})) recordMatches();
+  if (!m_match.add(location.net, place, multiplexer)) recordMatches();
 }
 
 void LogicLocationReader::recordMatches() {

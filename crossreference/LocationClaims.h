@@ -20,7 +20,8 @@ struct StateLocation {
 };
 
 /// What the lines of one location file say of bits. A wrong location is worse than none, so where
-/// two lines disagree about a bit neither counts.
+/// two lines disagree about a bit neither counts. The bits are those of one model, among which none
+/// may leave meanwhile.
 class LocationClaims {
  public:
   enum class Outcome {

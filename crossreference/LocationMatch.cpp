@@ -3,15 +3,14 @@
 #include <crossreference/RegisterTies.h>
 #include <crossreference/SignalIndex.h>
 
-#include <algorithm>
+#include <tuple>
+#include <utility>
 
 namespace XRF_RTL2LL {
 
 namespace {
 
-// Lines of one module stand near one another among so many, even in a large design.
-constexpr std::size_t mostTaken = std::size_t{1} << 16;
-// How many lines ahead a bit is asked for.
+// How many lines ahead memory is asked for.
 constexpr std::size_t ahead = 16;
 
 }  // namespace
@@ -25,60 +24,42 @@ LocationMatch::LocationMatch(const NetlistState& state)
   }
 }
 
-bool LocationMatch::add(const Line& line) {
-  m_lines.push_back(
-      {m_text.size(), line.net.size(), line.location, line.multiplexer, false, nullptr});
-  m_text += line.net;
-  return m_lines.size() < mostTaken;
-}
-
 // As the registry of modules has it.
 std::uint32_t LocationMatch::hashOfPath(std::string_view net) const {
   const std::string_view prefix = m_prefix[SYNTH];
   const std::size_t slash = net.rfind('/');
-  const bool isTop = slash == std::string_view::npos;
-  const std::uint64_t top = extendHash(emptyHash, prefix.substr(0, prefix.size() - 1));
-  return finishHash(isTop ? top : extendHash(extendHash(top, "/"), net.substr(0, slash)));
-}
-
-// Lines of one module come one after another, and those of one name in their order.
-void LocationMatch::sortTaken() {
-  m_order.clear();
-  for (std::size_t at = 0; at < m_lines.size(); ++at) {
-    m_order.push_back(std::uint64_t{hashOfPath(netOf(m_lines[at]))} << 32 | at);
+  NameKey key(prefix.substr(0, prefix.rfind('/')));
+  if (slash != std::string_view::npos) {
+    key.pieces[1] = "/";
+    key.pieces[2] = net.substr(0, slash);
   }
-  std::sort(m_order.begin(), m_order.end());
+  return key.hash();
 }
 
-void LocationMatch::findTaken() {
-  sortTaken();
-  for (std::size_t at = 0; at < m_order.size();) {
+void LocationMatch::findBatch() {
+  m_batch.sort([this](std::string_view net) { return hashOfPath(net); });
+  for (std::size_t at = 0; at < m_batch.size();) {
     const std::size_t count = takeRow(at);
     lookAtRow(count);
     for (std::size_t number = 0; number < count; ++number, ++at) {
       const Match match = find(m_row[number]);
-      Taken& line = m_lines[numberOf(at)];
+      LocationBatch::Line& line = m_batch.sorted(at);
       line.bit = match.bit;
-      line.faithful = match.faithful;
+      line.claim.faithful = match.faithful;
     }
   }
-  forgetLevels();
+  m_levels = {};
+  m_search.forget();
 }
 
 // Lines and modules are all over memory, so those to come are asked for step by step.
-void LocationMatch::askAhead(std::size_t at) const {
-  constexpr std::size_t distance = 16;
-  if (at + 2 * distance < m_order.size()) __builtin_prefetch(&orderedLine(at + 2 * distance));
-  if (at + distance < m_order.size()) {
-    __builtin_prefetch(m_text.data() + orderedLine(at + distance).net);
-  }
-  const auto hashAt = [&](std::size_t line) {
-    return static_cast<std::uint32_t>(m_order[line] >> 32);
-  };
+void LocationMatch::askAhead(std::size_t at) {
+  if (at + 2 * ahead < m_batch.size()) m_batch.prefetchSorted(at + 2 * ahead);
+  if (at + ahead < m_batch.size()) m_batch.prefetchNet(at + ahead);
   for (std::size_t step = 0; step < ModuleRegistry::steps; ++step) {
-    const std::size_t line = at + (ModuleRegistry::steps - step) * distance;
-    if (line < m_order.size() && hashAt(line) != hashAt(line - 1)) {
-      m_state.modules[SYNTH].prefetch(hashAt(line), step);
+    const std::size_t line = at + (ModuleRegistry::steps - step) * ahead;
+    if (line < m_batch.size() && m_batch.hashAt(line) != m_batch.hashAt(line - 1)) {
+      m_state.modules[SYNTH].prefetch(m_batch.hashAt(line), step);
     }
   }
 }
@@ -86,9 +67,9 @@ void LocationMatch::askAhead(std::size_t at) const {
 // Takes as many lines of one module as the row has room for.
 std::size_t LocationMatch::takeRow(std::size_t at) {
   std::size_t count = 0;
-  for (; count < m_row.size() && at + count < m_order.size(); ++count) {
+  for (; count < m_row.size() && at + count < m_batch.size(); ++count) {
     Local& local = m_row[count];
-    std::string_view net = netOf(orderedLine(at + count));
+    std::string_view net = m_batch.netOf(m_batch.sorted(at + count));
     if (!isClean(net)) net = local.clean = cleaned(net);
     const std::size_t last = net.rfind('/') + 1;
     const std::string_view levels = net.substr(0, last);
@@ -108,7 +89,7 @@ std::size_t LocationMatch::takeRow(std::size_t at) {
 // overlap.
 void LocationMatch::lookAtRow(std::size_t count) {
   if (m_prefix[SYNTH].empty()) return;
-  SignalSearch::Path& path = pathOf(SYNTH);
+  const SignalSearch::Path& path = pathOf(SYNTH);
   std::array<const BitRef*, std::tuple_size_v<decltype(m_row)>> refs{};
   for (std::size_t at = 0; at < count; ++at) {
     Local& local = m_row[at];
@@ -128,19 +109,13 @@ void LocationMatch::lookAtRow(std::size_t count) {
   }
 }
 
-// What was found out about modules would fill memory, were it kept for all lines of any file.
-void LocationMatch::forgetLevels() {
-  m_levels = {};
-  m_search.forget();
-}
-
 LocationMatch::Outcome LocationMatch::recordAt(std::size_t at) {
-  if (at + ahead < m_lines.size()) __builtin_prefetch(m_lines[at + ahead].bit, 1);
-  const Taken& line = m_lines[at];
+  if (at + ahead < m_batch.size()) __builtin_prefetch(m_batch.line(at + ahead).bit, 1);
+  const LocationBatch::Line& line = m_batch.line(at);
   if (line.bit == nullptr) {
-    return line.multiplexer ? Outcome::SkippedLatch : Outcome::Unmatched;
+    return line.claim.multiplexer ? Outcome::SkippedLatch : Outcome::Unmatched;
   }
-  switch (m_claims.record(*line.bit, {line.location, line.faithful, line.multiplexer})) {
+  switch (m_claims.record(*line.bit, line.claim)) {
     case LocationClaims::Outcome::Used:
       return Outcome::Used;
     case LocationClaims::Outcome::Worse:
@@ -163,18 +138,20 @@ void LocationMatch::takeApart(std::string_view text, std::size_t last, Local& lo
   if (local.isBit) local.bus = m_search.local(bus.substr(last));
 }
 
-SignalSearch::Path& LocationMatch::pathOf(EdifView view) {
-  SignalSearch::Path*& path = m_levels.path.at(view);
-  if (path == nullptr) {
-    m_buffer = m_prefix.at(view);
-    m_buffer += m_levels.text;
-    m_buffer.pop_back();
-    path = &m_search.path(m_buffer);
-  }
+const SignalSearch::Path& LocationMatch::pathOf(EdifView view) {
+  std::optional<SignalSearch::Path>& path = m_levels.path.at(view);
+  if (!path) path = pathBelow(view, m_levels.text);
   return *path;
 }
 
-LocationMatch::Found LocationMatch::lookUp(EdifView view, SignalSearch::Path& path,
+SignalSearch::Path LocationMatch::pathBelow(EdifView view, std::string_view levels) {
+  m_buffer = m_prefix.at(view);
+  m_buffer += levels;
+  m_buffer.pop_back();
+  return m_search.path(view, m_buffer);
+}
+
+LocationMatch::Found LocationMatch::lookUp(EdifView view, const SignalSearch::Path& path,
                                            const Local& local) const {
   Found found;
   found.apart = m_search.find(view, path, local.apart);
@@ -186,7 +163,7 @@ LocationMatch::Found LocationMatch::lookUp(EdifView view, SignalSearch::Path& pa
 
 // Tells whether a register drives a net of the name. All that the name may mean differs in the last
 // level alone, so it is one module's.
-bool LocationMatch::findExactly(EdifView view, SignalSearch::Path& path, const Local& local,
+bool LocationMatch::findExactly(EdifView view, const SignalSearch::Path& path, const Local& local,
                                 const Found& found, Match& match) const {
   // A net that has the name of a register which is not on it is kept under a name of its own.
   match.isApart = found.apart != nullptr;
@@ -211,7 +188,7 @@ bool LocationMatch::accept(const Signal& signal, std::uint32_t index, Match& mat
 LocationMatch::Match LocationMatch::find(EdifView view, const Local& local) {
   Match match;
   if (m_prefix.at(view).empty()) return match;
-  SignalSearch::Path& path = pathOf(view);
+  const SignalSearch::Path& path = pathOf(view);
   match.faithful = findExactly(view, path, local,
                                view == SYNTH ? local.found : lookUp(view, path, local), match);
   if (match.faithful || match.isApart) return match;
@@ -226,45 +203,47 @@ LocationMatch::Match LocationMatch::find(EdifView view, const Local& local) {
   return match;
 }
 
+// The changes that the levels may have gone through; nearly all modules are there under names that
+// nothing has changed.
+LevelChanges LocationMatch::changesOf(EdifView view) {
+  const bool isThere =
+      m_levels.isNormal && (m_levels.text.empty() || pathOf(view).module != nullptr);
+  return LevelChanges(isThere ? std::string_view() : m_levels.text);
+}
+
 // The levels that are the next possible ones after so many others, or null.
 const LocationMatch::Changed* LocationMatch::changedAt(EdifView view, std::size_t number) {
   std::optional<LevelChanges>& changes = m_levels.changes.at(view);
   std::vector<Changed>& known = m_levels.changed.at(view);
-  if (!changes) {
-    changes.emplace(m_levels.text);
-    // Nearly all modules are there under names that nothing has changed.
-    const bool isThere =
-        m_levels.isNormal && (m_levels.text.empty() || m_search.hasModule(view, pathOf(view)));
-    if (isThere) changes->stop();
+  if (!changes) changes = changesOf(view);
+  while (number >= known.size() && changes->next()) {
+    const auto& [name, joined] = changes->current();
+    // What still is a module was not joined to the names below it.
+    if (!joined.empty() && m_search.hasModule(view, m_prefix.at(view) + joined)) {
+      changes = LevelChanges({});
+      break;
+    }
+    const std::size_t last = name.rfind('/') + 1;
+    Changed changed{pathBelow(view, name.substr(0, last)), name.substr(last), last == 0};
+    if (m_search.leads(changed.path)) known.push_back(std::move(changed));
   }
-  if (number < known.size()) return &known[number];
-  if (!changes->next()) return nullptr;
-  const auto& [name, joined] = changes->current();
-  // What still is a module was not joined to the names below it.
-  if (!joined.empty() && m_search.hasModule(view, m_prefix.at(view) + joined)) {
-    changes->stop();
-    return nullptr;
-  }
-  const std::size_t last = name.rfind('/') + 1;
-  m_buffer = m_prefix.at(view);
-  m_buffer += std::string_view(name).substr(0, last);
-  m_buffer.pop_back();
-  known.push_back({&m_search.path(m_buffer), name.substr(last)});
-  return &known.back();
+  return number < known.size() ? &known[number] : nullptr;
 }
 
 // Looks for the register under the names that changes of its levels may have made.
 bool LocationMatch::findChanged(EdifView view, const Local& local, Match& match) {
   for (std::size_t at = 0; const Changed* changed = changedAt(view, at); ++at) {
     const Local* meant = &local;
-    if (!changed->joined.empty()) {
-      m_buffer = '/';
-      m_buffer += changed->joined;
+    if (!changed->beginning.empty()) {
+      // A name is taken apart otherwise where nothing stands before it.
+      m_buffer = changed->isTop ? "" : "/";
+      const std::size_t last = m_buffer.size();
+      m_buffer += changed->beginning;
       m_buffer += local.whole.text;
-      takeApart(m_buffer, 1, m_joined);
+      takeApart(m_buffer, last, m_joined);
       meant = &m_joined;
     }
-    SignalSearch::Path& path = *changed->path;
+    const SignalSearch::Path& path = changed->path;
     if (findExactly(view, path, *meant, lookUp(view, path, *meant), match)) return true;
   }
   return false;
@@ -272,7 +251,7 @@ bool LocationMatch::findChanged(EdifView view, const Local& local, Match& match)
 
 const Signal* LocationMatch::findNormalised(EdifView view, const Local& local) {
   if (m_levels.isNormal && isNormal(m_prefix.at(view))) {
-    SignalSearch::Path& path = pathOf(view);
+    const SignalSearch::Path& path = pathOf(view);
     m_buffer = local.whole.text;
     normalise(m_buffer);
     return m_search.find(view, path, m_search.local(m_buffer));

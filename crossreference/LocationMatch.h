@@ -1,5 +1,6 @@
 #pragma once
 
+#include <crossreference/LocationBatch.h>
 #include <crossreference/LocationClaims.h>
 #include <crossreference/NetlistState.h>
 #include <crossreference/Reading.h>
@@ -16,22 +17,19 @@
 namespace XRF_RTL2LL {
 
 /// Finds the register bits that the lines of one location file speak of, as extended reading does
-/// it, and records what they say. Lines are looked up many at a time: the next one mostly speaks of
-/// another end of the design, but among many thousand there are several of each module.
+/// it, and records what they say.
 class LocationMatch {
  public:
   enum class Outcome { Used, SkippedLatch, Unmatched };
-  struct Line {
-    std::string_view net;
-    StateLocation location;
-    bool multiplexer = false;  ///< the latch taps what leaves the slice, which is a register only
-                               ///< where a register drives the net
-  };
 
   explicit LocationMatch(const NetlistState& state);
 
-  /// Takes a line. False once there are as many as it pays to look up together.
-  bool add(const Line& line);
+  /// Takes a line. False once there are as many as it pays to look up together. `multiplexer` says
+  /// that the latch taps what leaves the slice, which is a register only where a register drives
+  /// the net.
+  bool add(std::string_view net, const StateLocation& location, bool multiplexer) {
+    return m_batch.add(net, location, multiplexer);
+  }
   /// Records the lines taken, and calls `visit` with each net and outcome, in their order.
   template <class Visit>
   void record(Visit visit);
@@ -65,52 +63,39 @@ class LocationMatch {
     Found found;
     std::optional<const Signal*> normalised;
   };
-  // Levels that tools may have made of others, and what they put before the last one.
+  // Levels that tools may have made of others, and the beginning that they gave the last one.
   struct Changed {
-    SignalSearch::Path* path;
-    std::string joined;
+    SignalSearch::Path path;
+    std::string beginning;
+    bool isTop;  // no levels are left
   };
   // The levels above the last one, which "/" ends, by view: what they may mean is worked out as far
   // as it is asked for.
   struct Levels {
     std::string text;
     bool isNormal = true;
-    std::array<SignalSearch::Path*, 2> path{};
+    std::array<std::optional<SignalSearch::Path>, 2> path;
     std::array<std::optional<LevelChanges>, 2> changes;
     std::array<std::vector<Changed>, 2> changed;
   };
-  // A line that waits to be looked up.
-  struct Taken {
-    std::size_t net;  // where its name begins in the text
-    std::size_t size;
-    StateLocation location;
-    bool multiplexer;
-    bool faithful;
-    Bit* bit;
-  };
 
-  std::string_view netOf(const Taken& line) const {
-    return std::string_view(m_text).substr(line.net, line.size);
-  }
-  void sortTaken();
-  void findTaken();
-  void askAhead(std::size_t at) const;
+  void findBatch();
+  void askAhead(std::size_t at);
   std::size_t takeRow(std::size_t at);
   void lookAtRow(std::size_t count);
-  void forgetLevels();
   std::uint32_t hashOfPath(std::string_view net) const;
-  std::uint32_t numberOf(std::size_t at) const { return static_cast<std::uint32_t>(m_order[at]); }
-  const Taken& orderedLine(std::size_t at) const { return m_lines[numberOf(at)]; }
   Match find(const Local& local);
   Match find(EdifView view, const Local& local);
   void takeApart(std::string_view text, std::size_t last, Local& local) const;
-  SignalSearch::Path& pathOf(EdifView view);
+  const SignalSearch::Path& pathOf(EdifView view);
+  SignalSearch::Path pathBelow(EdifView view, std::string_view levels);
+  LevelChanges changesOf(EdifView view);
   const Changed* changedAt(EdifView view, std::size_t number);
   bool findChanged(EdifView view, const Local& local, Match& match);
   const Signal* findNormalised(EdifView view, const Local& local);
-  Found lookUp(EdifView view, SignalSearch::Path& path, const Local& local) const;
-  bool findExactly(EdifView view, SignalSearch::Path& path, const Local& local, const Found& found,
-                   Match& match) const;
+  Found lookUp(EdifView view, const SignalSearch::Path& path, const Local& local) const;
+  bool findExactly(EdifView view, const SignalSearch::Path& path, const Local& local,
+                   const Found& found, Match& match) const;
   bool accept(const Signal& signal, std::uint32_t index, Match& match) const;
   Outcome recordAt(std::size_t at);
 
@@ -118,9 +103,7 @@ class LocationMatch {
   SignalSearch m_search;
   LocationClaims m_claims;
   std::array<std::string, 2> m_prefix;  // of what is below the top, where there is one
-  std::string m_text;                   // the names of the lines taken
-  std::vector<Taken> m_lines;
-  std::vector<std::uint64_t> m_order;  // in which they are looked up; a hash above the number
+  LocationBatch m_batch;
   // Of the lines that are looked up: one module's, one after another.
   Levels m_levels;
   std::array<Local, 32> m_row;
@@ -130,10 +113,16 @@ class LocationMatch {
 
 template <class Visit>
 void LocationMatch::record(Visit visit) {
-  findTaken();
-  for (std::size_t at = 0; at < m_lines.size(); ++at) visit(netOf(m_lines[at]), recordAt(at));
-  m_lines.clear();
-  m_text.clear();
+  // None is recorded twice, not even where one of them ends in an exception.
+  struct Clearing {
+    LocationBatch& batch;
+    ~Clearing() { batch.clear(); }
+  } const clearing{m_batch};
+  findBatch();
+  for (std::size_t at = 0; at < m_batch.size(); ++at) {
+    const Outcome outcome = recordAt(at);
+    visit(m_batch.netOf(m_batch.line(at)), outcome);
+  }
 }
 
 }  // namespace XRF_RTL2LL

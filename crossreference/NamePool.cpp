@@ -56,19 +56,6 @@ void* NamePool::makeRoom(std::size_t bytes) {
   return static_cast<char*>(chunk.get()) + place.index * alignof(Word);
 }
 
-const Word* NamePool::find(std::string_view name) const {
-  const std::uint32_t hash = hashOf(name);
-  for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-    const Slot slot = m_slots[at];
-    if (slot.place == freeSlot) return nullptr;
-    if (slot.hash != hash) continue;
-    const Word& word = wordAt(slot.place);
-    if (word.size() == name.size() && sameText(word.c_str(), name.data(), name.size())) {
-      return &word;
-    }
-  }
-}
-
 void NamePool::grow() {
   PageArray<Slot> larger(m_slots.size() * 2);
   const std::size_t mask = larger.size() - 1;

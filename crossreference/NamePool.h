@@ -36,18 +36,11 @@ class NamePool {
   }
   /// For a name whose `hashOf` is known.
   const Word* intern(std::string_view name, std::uint32_t hash) {
-    for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-      const Slot slot = m_slots[at];
-      if (slot.place == freeSlot) return enter(name, hash);
-      if (slot.hash != hash) continue;
-      const Word& word = wordAt(slot.place);
-      if (word.size() == name.size() && sameText(word.c_str(), name.data(), name.size())) {
-        return &word;
-      }
-    }
+    const Word* word = find(name, hash);
+    return word != nullptr ? word : enter(name, hash);
   }
   /// The stored name, or null.
-  const Word* find(std::string_view name) const;
+  const Word* find(std::string_view name) const { return find(name, hashOf(name)); }
   const Word* empty() const { return &wordAt(firstPlace); }
 
   static std::uint32_t hashOf(std::string_view name) { return hashText(name); }
@@ -86,6 +79,17 @@ class NamePool {
     const Place place(unit);
     return *reinterpret_cast<const Word*>(static_cast<const char*>(m_chunks[place.chunk].get()) +
                                           place.index * alignof(Word));
+  }
+  const Word* find(std::string_view name, std::uint32_t hash) const {
+    for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
+      const Slot slot = m_slots[at];
+      if (slot.place == freeSlot) return nullptr;
+      if (slot.hash != hash) continue;
+      const Word& word = wordAt(slot.place);
+      if (word.size() == name.size() && sameText(word.c_str(), name.data(), name.size())) {
+        return &word;
+      }
+    }
   }
   const Word* enter(std::string_view name, std::uint32_t hash);
   void* makeRoom(std::size_t bytes);

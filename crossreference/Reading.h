@@ -72,8 +72,9 @@ bool namesRegister(std::string_view instance);
 /// The bus bit that a net's or bit port's name ends in; not valid for a name without an index.
 NamedBits decodeBit(std::string_view name);
 
-/// The same without making strings for it: whether there is one, with the signal and the index. The
-/// signal's name lies in `name` or in the buffer.
+/// Whether a name ends in one, with the signal and the index, which mean nothing otherwise. No
+/// strings are made: the signal's name lies in `name`, or in the buffer, which must not hold
+/// `name`.
 bool splitBit(std::string_view name, std::string& buffer, std::string_view& bus,
               std::uint32_t& index);
 
@@ -127,8 +128,6 @@ class LevelChanges {
   /// False when there is none left.
   bool next();
   const ChangedLevels& current() const { return m_current; }
-  /// Leaves none.
-  void stop() { m_next = Next::None; }
 
  private:
   enum class Next { Clean, Join, None };

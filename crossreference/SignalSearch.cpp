@@ -4,34 +4,38 @@ namespace XRF_RTL2LL {
 
 Signal* SignalSearch::find(EdifView view, std::string_view name) {
   const std::size_t slash = name.rfind('/');
-  if (slash == std::string_view::npos) return m_state.signals[view].find(name);
-  return find(view, path(name.substr(0, slash)), local(name.substr(slash + 1)));
+  if (slash == std::string_view::npos || !m_state.isPlain()) {
+    return m_state.signals[view].find(name);
+  }
+  const Word* word = m_state.model.names.find(name.substr(slash + 1));
+  const Module* module = word == nullptr ? nullptr : moduleOf(view, name.substr(0, slash));
+  return module == nullptr ? nullptr : m_state.signals[view].find(*module, word);
 }
 
-Signal* SignalSearch::find(EdifView view, Path& path, const Local& local) const {
+Signal* SignalSearch::find(EdifView view, const Path& path, const Local& local) const {
   if (!m_state.isPlain()) {
-    std::string name(path.first);
+    std::string name(path.text);
     name += '/';
     return m_state.signals[view].find(name += local.text);
   }
-  const Module* module = local.word == nullptr ? nullptr : moduleOf(view, path);
-  return module == nullptr ? nullptr : m_state.signals[view].find(*module, local.word);
+  const bool both = path.module != nullptr && local.word != nullptr;
+  return both ? m_state.signals[view].find(*path.module, local.word) : nullptr;
 }
 
-SignalSearch::Path& SignalSearch::path(std::string_view text) {
-  if (m_last == nullptr || m_last->first != text) {
-    auto found = m_modules.find(text);
-    if (found == m_modules.end()) found = m_modules.emplace(text, Modules()).first;
+SignalSearch::Path SignalSearch::path(EdifView view, std::string_view text) const {
+  return {std::string(text), m_state.modules[view].find(text)};
+}
+
+const Module* SignalSearch::moduleOf(EdifView view, std::string_view path) {
+  if (m_last == nullptr || m_last->first != path) {
+    auto found = m_modules.find(path);
+    if (found == m_modules.end()) found = m_modules.emplace(path, Modules()).first;
     m_last = &*found;
   }
-  return *m_last;
-}
-
-const Module* SignalSearch::moduleOf(EdifView view, Path& path) const {
-  Modules& modules = path.second;
+  Modules& modules = m_last->second;
   if (!modules.known[view]) {
     modules.known[view] = true;
-    modules.module[view] = m_state.modules[view].find(path.first);
+    modules.module[view] = m_state.modules[view].find(path);
   }
   return modules.module[view];
 }

@@ -14,6 +14,38 @@ namespace XRF_RTL2LL {
 /// after another and mostly in vain: a local name that no signal has costs next to nothing, and
 /// modules are remembered.
 class SignalSearch {
+ public:
+  /// All levels of a view's names but the last.
+  struct Path {
+    std::string text;
+    const Module* module;  // null where no signal can be found through it
+  };
+  /// The last level of a name.
+  struct Local {
+    std::string_view text;
+    const Word* word;
+  };
+
+  explicit SignalSearch(const NetlistState& state) : m_state(state) {}
+
+  /// Null where there is none.
+  Signal* find(EdifView view, std::string_view name);
+  /// The same for a name in two parts, either of which can be asked for more than once.
+  Signal* find(EdifView view, const Path& path, const Local& local) const;
+  Path path(EdifView view, std::string_view text) const;
+  /// Tells of the text, which has to outlive it.
+  Local local(std::string_view text) const { return {text, m_state.model.names.find(text)}; }
+  /// Whether there may be signals of the path.
+  bool leads(const Path& path) const { return path.module != nullptr || !m_state.isPlain(); }
+  bool hasModule(EdifView view, std::string_view name) const {
+    return m_state.modules[view].find(name) != nullptr;
+  }
+  /// Gives back the memory of what is remembered.
+  void forget() {
+    m_modules.clear();
+    m_last = nullptr;
+  }
+
  private:
   struct Hash {
     using is_transparent = void;
@@ -28,39 +60,11 @@ class SignalSearch {
   };
   using ModulesByPath = std::unordered_map<std::string, Modules, Hash, std::equal_to<>>;
 
- public:
-  /// All levels of a name but the last, with what is known of them.
-  using Path = ModulesByPath::value_type;
-  /// The last level of a name.
-  struct Local {
-    std::string_view text;
-    const Word* word;
-  };
-
-  explicit SignalSearch(const NetlistState& state) : m_state(state) {}
-
-  /// Null where there is none.
-  Signal* find(EdifView view, std::string_view name);
-  /// The same for a name in two parts, either of which can be asked for more than once.
-  Signal* find(EdifView view, Path& path, const Local& local) const;
-  /// Lives until the search forgets.
-  Path& path(std::string_view text);
-  /// Tells of the text.
-  Local local(std::string_view text) const { return {text, m_state.model.names.find(text)}; }
-  /// Gives back the memory of all paths.
-  void forget() {
-    m_modules.clear();
-    m_last = nullptr;
-  }
-  bool hasModule(EdifView view, Path& path) const { return moduleOf(view, path) != nullptr; }
-  bool hasModule(EdifView view, std::string_view name) { return hasModule(view, path(name)); }
-
- private:
-  const Module* moduleOf(EdifView view, Path& path) const;
+  const Module* moduleOf(EdifView view, std::string_view path);
 
   const NetlistState& m_state;
   ModulesByPath m_modules;
-  Path* m_last = nullptr;  // what was asked for last
+  ModulesByPath::value_type* m_last = nullptr;  // what was asked for last
 };
 
 }  // namespace XRF_RTL2LL

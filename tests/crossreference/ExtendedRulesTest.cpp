@@ -57,14 +57,17 @@ class ExtendedRulesTest : public test::DesignFilesTest {
     readNetlists(top("", rtl), top("", synth));
   }
 
-  /// A location line for each net: frame 16, offsets 1, 2, 3, ... in their order.
+  /// A location line: frame 16.
+  static std::string line(const std::string& net, unsigned offset,
+                          const std::string& latch = "AQ") {
+    return "Bit 5 0x00000010 " + std::to_string(offset) + " Block=SLICE_X1Y2 Latch=" + latch +
+           " Net=" + net + "\n";
+  }
+  /// One for each net, with offsets 1, 2, 3, ... in their order.
   void locate(const std::vector<std::string>& nets, const std::string& latch = "AQ") {
     std::string text = "Revision 3\n";
     unsigned offset = 0;
-    for (const std::string& name : nets) {
-      text += "Bit 5 0x00000010 " + std::to_string(++offset) + " Block=SLICE_X1Y2 Latch=" + latch +
-              " Net=" + name + "\n";
-    }
+    for (const std::string& name : nets) text += line(name, ++offset, latch);
     readLocations(text);
   }
   static std::string constant(const std::string& element, const std::string& value = "1") {
@@ -348,6 +351,127 @@ TEST_F(ExtendedRulesTest, LinesThatContradictEachOtherCountForNothing) {
   EXPECT_EQ(subject.locationReport().unmatched, 2U);
 }
 
+TEST_F(ExtendedRulesTest, AllLinesThatSaidTheSameAreWithdrawn) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  readLocations(line("a", 1) + line("a", 1) + line("a", 2));
+  EXPECT_EQ(at("a"), "unknown");
+  EXPECT_EQ(subject.locationReport().used, 0U);
+  EXPECT_EQ(subject.locationReport().unmatched, 3U);
+}
+
+TEST_F(ExtendedRulesTest, TheRegistersOwnLatchIsSurerThanATap) {
+  struct Case {
+    std::string lines;
+    std::string offset;
+    unsigned used;
+    unsigned skipped;
+    unsigned unmatched;
+  };
+  const std::string tap1 = line("a", 1, "AMUX");
+  const std::string tap2 = line("a", 2, "AMUX");
+  const std::vector<Case> cases = {{tap1 + line("a", 3), "3", 1, 0, 1},
+                                   {line("a", 3) + tap1, "3", 1, 1, 0},
+                                   {tap1 + tap2 + line("a", 3), "3", 1, 0, 2},
+                                   {tap1 + line("a", 3) + line("a", 4), "unknown", 0, 0, 3},
+                                   {tap1 + tap2 + tap1, "unknown", 0, 0, 3}};
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  LocationReport before = subject.locationReport();
+  for (const Case& test : cases) {
+    readLocations(test.lines);
+    const LocationReport& report = subject.locationReport();
+    EXPECT_EQ(at("a"), test.offset) << test.lines;
+    EXPECT_EQ(report.used - before.used, test.used) << test.lines;
+    EXPECT_EQ(report.skippedLatches - before.skippedLatches, test.skipped) << test.lines;
+    EXPECT_EQ(report.unmatched - before.unmatched, test.unmatched) << test.lines;
+    before = report;
+  }
+}
+
+TEST_F(ExtendedRulesTest, TheNameAsItStandsIsSurerThanOneThatWasChanged) {
+  readNetlists(top("", elaborated({"u0_x_reg"})),
+               top("", registers("FDRE", {{"u0_x_reg", "u0_x"}})));
+  readLocations(line("u0/x", 1) + line("u0_x", 2));
+  EXPECT_EQ(at("u0_x", 0, SYNTH), "2");
+  readLocations(line("u0_x", 2) + line("u0/x", 1));
+  EXPECT_EQ(at("u0_x", 0, SYNTH), "2");
+}
+
+TEST_F(ExtendedRulesTest, EachOfAModulesManyLinesFindsItsOwnRegister) {
+  constexpr unsigned count = 50;
+  std::vector<std::string> inside;
+  std::vector<std::pair<std::string, std::string>> synthesized;
+  for (unsigned index = 0; index < count; ++index) {
+    const std::string number = std::to_string(index);
+    for (const std::string& name :
+         {"bus_reg[" + number + "]", "one" + number + "_reg", "mem_reg[" + number + "][1]"}) {
+      inside.push_back(name);
+      std::string netName = name;
+      netName.erase(netName.find("_reg"), 4);
+      synthesized.emplace_back(name, netName);
+    }
+  }
+  readNetlists(top("", instance("u0", "sub"), cell("sub", "", elaborated(inside))),
+               top("", instance("u0", "sub"), cell("sub", "", registers("FDRE", synthesized))));
+  std::vector<std::string> nets;
+  for (unsigned index = 0; index < count; ++index) {
+    const std::string number = std::to_string(index * 7 % count);
+    for (const std::string& name : {"one" + number, "gone" + number, "bus[" + number + "]",
+                                    "mem[" + number + "][1]", "other/one" + number}) {
+      nets.push_back(name.starts_with("other") ? name : "u0/" + name);
+    }
+  }
+  locate(nets);
+  for (unsigned index = 0; index < count; ++index) {
+    const std::string number = std::to_string(index * 7 % count);
+    const unsigned first = index * 5 + 1;
+    EXPECT_EQ(at("u0/one" + number), std::to_string(first));
+    EXPECT_EQ(at("u0/bus", index * 7 % count), std::to_string(first + 2));
+    EXPECT_EQ(at("u0/mem<" + number + ">", 1), std::to_string(first + 3));
+  }
+  EXPECT_EQ(subject.locationReport().used, 3U * count);
+  EXPECT_EQ(subject.locationReport().unmatched, 2U * count);
+}
+
+TEST_F(ExtendedRulesTest, LinesOfADissolvedModuleFindItsRegisters) {
+  const std::string sub = cell("sub", "", elaborated({"x_reg", "y_reg", "b_reg[2]"}));
+  parse(RTL, top("", instance("u0", "sub"), sub));
+  parse(
+      SYNTH,
+      top("", registers("FDRE",
+                        {{"u0_x_reg", "u0_x"}, {"u0_y_reg", "u0_y"}, {"u0_b_reg[2]", "u0_b[2]"}})));
+  locate({"u0/y", "u0/z", "u0/x", "u0/b[2]"});
+  EXPECT_EQ(at("u0/y"), "1");
+  EXPECT_EQ(at("u0/x"), "3");
+  EXPECT_EQ(at("u0/b", 2), "4");
+  EXPECT_EQ(subject.locationReport().unmatched, 1U);
+}
+
+TEST_F(ExtendedRulesTest, WhatIsJoinedAtTheTopIsNoIndexOfNothing) {
+  readDesign(elaborated({"<a_b>_reg"}), registers("FDRE", {{"<a_b>_reg", "n"}}));
+  locate({"[a/b]", "[a/b][3]"});
+  EXPECT_EQ(at("<a_b>"), "unknown");
+  EXPECT_EQ(subject.locationReport().unmatched, 2U);
+}
+
+TEST_F(ExtendedRulesTest, AFrameThatFitsNoDeviceKeepsItsTurn) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  readLocations(line("x", 1) + "Bit 5 0x123456789 7 Block=SLICE_X1Y2 Latch=AMUX Net=a\n" +
+                line("z", 1) + line("a", 2));
+  EXPECT_THAT(subject.locationReport().unmatchedNames, ElementsAre("x", "a", "z"));
+  EXPECT_EQ(at("a"), "2");
+}
+
+TEST_F(ExtendedRulesTest, LinesBeforeAReaderIsStoppedCount) {
+  readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
+  const MessageHandlerScope scope(
+      [](int, const char*, void*) { throw std::runtime_error("stop"); });
+  const test::TempFile file(line("a", 3) + "Bit 5 0x00000010 7 Block=A Latch=AQ Net=x\n",
+                            "design.ll");
+  EXPECT_THROW(subject.parse_ll(file.path()), std::runtime_error);
+  EXPECT_EQ(at("a", 0, SYNTH), "3");
+  EXPECT_EQ(subject.locationReport().used, 1U);
+}
+
 TEST_F(ExtendedRulesTest, UnmatchedNamesAreToldInTheOrderOfTheirLines) {
   readDesign(elaborated({"a_reg"}), registers("FDRE", {{"a_reg", "a"}}));
   locate({"u1/x", "u0/y", "a", "z", "u1/a", "a", "u0/(b", "u1/c"});
@@ -359,10 +483,6 @@ TEST_F(ExtendedRulesTest, UnmatchedNamesAreToldInTheOrderOfTheirLines) {
 TEST_F(ExtendedRulesTest, LinesFarApartAreHeldAgainstEachOther) {
   readDesign(elaborated({"a_reg", "b_reg", "c_reg"}),
              registers("FDRE", {{"a_reg", "a"}, {"b_reg", "b"}, {"c_reg", "c"}}));
-  const auto line = [](const std::string& net, int offset) {
-    return "Bit 5 0x00000010 " + std::to_string(offset) + " Block=SLICE_X1Y2 Latch=AQ Net=" + net +
-           "\n";
-  };
   std::string text = line("a", 1) + line("b", 2) + line("b", 2) + line("c", 3);
   constexpr unsigned between = 600'000;
   for (unsigned at = 0; at < between; ++at) text += line("u/x", 4);
