@@ -35,9 +35,7 @@ bool scanCoordinates(std::string_view text, std::uint32_t& row) {
 // Another run of the implementation puts every register elsewhere.
 void forgetLocations() {
   for (Bit* bit : Bit::getAllBits()) {
-    if (bit->getKind() != Bit::STATE) continue;
-    bit->setKind(Bit::UNKNOWN);
-    bit->setStateLoc(0, 0, 0);
+    if (bit->getKind() == Bit::STATE) forgetLocation(*bit);
   }
 }
 

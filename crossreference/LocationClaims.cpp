@@ -4,14 +4,6 @@
 
 namespace XRF_RTL2LL {
 
-namespace {
-
-StateLocation locationOf(const Bit& bit) {
-  return {bit.getStateLoc1(), bit.getStateLoc2(), bit.getStateLoc3()};
-}
-
-}  // namespace
-
 std::uint8_t& LocationClaims::marksOf(const Bit& bit) {
   const std::size_t place = ModelState::placeOf(bit);
   if (place >= m_marks.size()) m_marks.resize(std::max(place + 1, m_model.bits.nextPlace()));
@@ -34,15 +26,14 @@ LocationClaims::Outcome LocationClaims::record(Bit& bit, const Claim& claim) {
     const bool better = differs ? claim.faithful : has(Multiplexer) && !claim.multiplexer;
     const bool worse = differs ? has(Faithful) : claim.multiplexer && !has(Multiplexer);
     if (worse) return Outcome::Worse;
-    if (!better && !has(Disputed) && claim.location == locationOf(bit)) {
+    if (!better && !has(Disputed) && claim.location == StateLocation::of(bit)) {
       ++m_repeated[&bit];
       return Outcome::Used;
     }
     if (!has(Disputed)) withdraw(bit);
     if (!better) {
       marks |= Disputed;
-      bit.setKind(Bit::UNKNOWN);
-      bit.setStateLoc(0, 0, 0);
+      forgetLocation(bit);
       return Outcome::Disputed;
     }
   }

@@ -1,23 +1,13 @@
 #pragma once
 
 #include <crossreference/ModelState.h>
+#include <crossreference/StateLocation.h>
 
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
 
 namespace XRF_RTL2LL {
-
-/// Where a state element lives.
-struct StateLocation {
-  std::uint32_t frame = 0;
-  std::uint32_t offset = 0;
-  std::uint32_t slr = 0;
-
-  bool operator==(const StateLocation& other) const {
-    return frame == other.frame && offset == other.offset && slr == other.slr;
-  }
-};
 
 /// What the lines of one location file say of bits. A wrong location is worse than none, so where
 /// two lines disagree about a bit neither counts. The bits are those of one model, among which none

@@ -2,6 +2,7 @@
 #include <crossreference/RegisterCopy.h>
 #include <crossreference/RegisterTies.h>
 #include <crossreference/SignalIndex.h>
+#include <crossreference/StateLocation.h>
 
 #include <algorithm>
 #include <array>
@@ -44,8 +45,7 @@ void take(Bit& to, const Bit& from) {
 
 bool areElsewhere(const Bit& a, const Bit& b) {
   return a.getKind() == Bit::STATE && b.getKind() == Bit::STATE &&
-         (a.getStateLoc1() != b.getStateLoc1() || a.getStateLoc2() != b.getStateLoc2() ||
-          a.getStateLoc3() != b.getStateLoc3());
+         StateLocation::of(a) != StateLocation::of(b);
 }
 
 // Pairs in name order are all over memory, so those to come are looked at together.
@@ -104,10 +104,7 @@ void RegisterCopy::copyRegisters() {
     if (same.synth != nullptr) eachCommon(*same.rtl, *same.synth, takeOwn);
   }
   // One bit of two registers that live in different places can show neither.
-  for (Bit* bit : contradicted) {
-    bit->setKind(Bit::UNKNOWN);
-    bit->setStateLoc(0, 0, 0);
-  }
+  for (Bit* bit : contradicted) forgetLocation(*bit);
 }
 
 // Whether a bit has mere names: synthesis hands them on, so what a register drives, or what may

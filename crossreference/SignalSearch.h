@@ -18,7 +18,7 @@ class SignalSearch {
   /// All levels of a view's names but the last.
   struct Path {
     std::string text;
-    const Module* module;  // null where no signal can be found through it
+    const Module* module;  // null where there is none of that name
   };
   /// The last level of a name.
   struct Local {
